@@ -1,0 +1,219 @@
+#include "app/AppContext.h"
+
+#include "app/SettingsFile.h"
+#include "bookmarks/Form3.h"
+#include "editor/Form2.h"
+#include "editor/UndoHistory.h"
+#include "platform/TextFile.h"
+#include "player/Form1.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+
+QString TogliAmp(const QString &s)
+{
+    QString out = s;
+    out.remove(u'&');
+    return out;
+}
+
+AppContext::AppContext(QString programFolder, Services services, QString commandLine)
+    : m_programFolder(std::move(programFolder))
+    , m_services(std::move(services))
+    , m_commandLine(std::move(commandLine))
+    , m_undo(std::make_unique<UndoHistory>())
+{
+    currentDirectory = QDir::currentPath();
+}
+
+AppContext::~AppContext()
+{
+    // The windows go first: their timers and the player refer to the rest.
+    m_form1.reset();
+    m_form3.reset();
+    m_form2.reset();
+}
+
+QString AppContext::filesPath(const QString &name) const
+{
+    return m_programFolder + QStringLiteral("/Files/") + name;
+}
+
+QString AppContext::languagePath() const
+{
+    return m_programFolder + QStringLiteral("/Files/Lang/") + FileLingua;
+}
+
+Form2 *AppContext::form2()
+{
+    if (!m_form2) {
+        m_form2 = std::make_unique<Form2>(*this);
+        m_form2->Form_Load();
+    }
+    return m_form2.get();
+}
+
+Form3 *AppContext::form3()
+{
+    if (!m_form3)
+        m_form3 = std::make_unique<Form3>(*this);
+    return m_form3.get();
+}
+
+void AppContext::unloadForm3()
+{
+    if (m_form3) {
+        m_form3->hide();
+        m_form3.reset();
+    }
+}
+
+void AppContext::endProcess()
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    if (onEndProcess)
+        onEndProcess();
+}
+
+void AppContext::setMousePointer(int pointer)
+{
+    if (pointer == mousePointer)
+        return;
+    mousePointer = pointer;
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+        return;
+    while (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+    if (pointer == 11)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+int AppContext::msgBox(const QString &text, int style, const QString &title)
+{
+    return dialogs().msgBox(text, style, title);
+}
+
+int AppContext::warn(int entry)
+{
+    return msgBox(TogliAmp(Lingua(entry)), MsgBox::Exclamation, TogliAmp(Lingua(1)));
+}
+
+void AppContext::loadLanguage()
+{
+    LanguageFile::load(languagePath(), Lingua);
+}
+
+QString AppContext::FileDlg(const FileDlgArgs &args, QStringList *more)
+{
+    FileDialogRequest request;
+    request.open = args.open;
+    request.owner = args.owner;
+    request.title = args.title;
+    // The file name field holds at most 255 characters and its terminator.
+    request.fileName = args.fileName.left(255);
+    request.defaultExtension = args.defaultExtension;
+    request.initialFolder = args.initialFolder.isEmpty() ? currentDirectory : args.initialFolder;
+    request.filter = args.filter;
+    request.filterIndex = args.filterIndex;
+    request.flags = args.flags ? *args.flags : 0;
+
+    const FileDialogAnswer answer = dialogs().fileDialog(request);
+    if (answer.parts.isEmpty() || answer.parts.first().isEmpty())
+        return QString();
+    if (args.flags)
+        *args.flags = answer.flags;
+
+    QString result;
+    if (!(request.flags & 512) || answer.parts.size() == 1) {
+        result = answer.parts.first();
+    } else {
+        QString folder = answer.parts.first();
+        if (!folder.endsWith(u'/'))
+            folder += u'/';
+        result = folder + answer.parts.at(1);
+        if (more) {
+            more->clear();
+            for (int i = 2; i < answer.parts.size(); ++i)
+                more->append(folder + answer.parts.at(i));
+        }
+    }
+    // Like the system's dialog, a successful choice moves the current
+    // directory to the folder of the chosen file.
+    const QString folder = QFileInfo(result).absolutePath();
+    if (!folder.isEmpty())
+        currentDirectory = folder;
+    return result;
+}
+
+bool AppContext::Main()
+{
+    // Any failure of these steps ends the start with the same box.
+    auto fatal = [this](const QString &description) {
+        msgBox(QStringLiteral("Lib OCX -> Reg ERROR!\r") + description, MsgBox::Exclamation,
+               QStringLiteral("Reg Error"));
+        endProcess();
+        return false;
+    };
+
+    // 1. The language file named in the first field of the settings file.
+    const auto settings = TextFile::readLines(settingsPath());
+    if (!settings)
+        return fatal(QStringLiteral("File not found"));
+    SettingsFieldReader reader(*settings);
+    FileLingua = reader.text().value_or(QString());
+
+    // 2. None named: choose by the first two letters of the English name of
+    // the user's country. The look-up is kept exactly as it always was,
+    // although most of its rows can never match the country they were
+    // meant for.
+    if (FileLingua.trimmed().isEmpty()) {
+        const QString code = system().countryEnglishName().toLower().left(2);
+        static const std::pair<const char *, const char *> table[] = {
+            {"br", "Brazilian"}, {"pt", "Brazilian"}, {"hu", "Hungarian"}, {"it", "Italiano"},
+            {"nl", "Nederlands"}, {"ru", "Russian"}, {"es", "Spanish"}, {"fr", "Français"},
+            {"sv", "Svenska"}, {"sv-fi", "Svenska"},
+        };
+        QString name = QStringLiteral("English");
+        for (const auto &[key, file] : table) {
+            if (code == QLatin1String(key)) {
+                name = QString::fromUtf8(file);
+                break;
+            }
+        }
+        FileLingua = name + QStringLiteral(".lng");
+    }
+
+    // 3. The language table; more than 151 lines is a failure here.
+    switch (LanguageFile::load(languagePath(), Lingua)) {
+    case LanguageFile::Result::Missing:
+        return fatal(QStringLiteral("File not found"));
+    case LanguageFile::Result::TooLong:
+        return fatal(QStringLiteral("Subscript out of range"));
+    case LanguageFile::Result::Loaded:
+        break;
+    }
+
+    // 4. One instance at a time.
+    if (!system().acquireInstanceLock()) {
+        msgBox(TogliAmp(Lingua(0)), MsgBox::Exclamation, TogliAmp(Lingua(1)));
+        endProcess();
+        return false;
+    }
+
+    // 5, 6. The rich-text control is part of the toolkit: nothing to
+    // register.
+
+    // 7. Create the player window; its start-up routines run now.
+    m_form1 = std::make_unique<Form1>(*this);
+    m_form1->Form_Initialize();
+    m_form1->Form_Load();
+    if (m_ended)
+        return false;
+
+    // 8. Show it.
+    m_form1->show();
+    return true;
+}

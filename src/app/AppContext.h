@@ -1,0 +1,153 @@
+#pragma once
+
+#include "lang/LanguageFile.h"
+#include "platform/Dialogs.h"
+#include "platform/PlayerControl.h"
+#include "platform/Shell.h"
+#include "platform/SystemInfo.h"
+#include "platform/Timer.h"
+
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <functional>
+#include <memory>
+
+class Form1;
+class Form2;
+class Form3;
+class UndoHistory;
+class QWidget;
+
+// The platform services the program runs on: real ones in the application,
+// fakes in tests.
+struct Services
+{
+    std::unique_ptr<PlayerControl> player;
+    std::unique_ptr<TimerFactory> timers;
+    std::unique_ptr<Dialogs> dialogs;
+    std::unique_ptr<Shell> shell;
+    std::unique_ptr<SystemInfo> system;
+};
+
+// What one call of the file dialog wrapper is given; every argument but
+// the owner has the default the wrapper documents.
+struct FileDlgArgs
+{
+    quint32 *flags = nullptr;      // in and out
+    QString initialFolder;         // empty: the current directory
+    QString filter;                // name, NUL, patterns, NUL, ...
+    int filterIndex = 1;
+    QString defaultExtension;
+    QString fileName;
+    QString title;
+    QWidget *owner = nullptr;
+    bool open = false;
+};
+
+// The composition root: the services, the module-level state that the
+// windows share, and the windows themselves. One of these is the running
+// program; each test builds its own on a temporary program folder.
+class AppContext
+{
+public:
+    AppContext(QString programFolder, Services services, QString commandLine = QString());
+    ~AppContext();
+
+    AppContext(const AppContext &) = delete;
+    AppContext &operator=(const AppContext &) = delete;
+
+    // The start of the program, in its order: reads the language, refuses a
+    // second instance, creates the windows and shows the player. Returns
+    // false when the program is to end at once (a fatal error or a second
+    // instance, both already told to the user).
+    bool Main();
+
+    // The exit: set by the exit sequence; the application's event loop ends.
+    bool processEnded() const { return m_ended; }
+    void endProcess();
+    std::function<void()> onEndProcess;
+
+    // Windows; created by Main (Form1, which creates Form2).
+    Form1 *form1() const { return m_form1.get(); }
+    // Touching the editor creates it, hidden, as touching a window of the
+    // program loads it.
+    Form2 *form2();
+    Form2 *existingForm2() const { return m_form2.get(); }
+    Form3 *form3(); // created on first use
+    Form3 *existingForm3() const { return m_form3.get(); }
+    void unloadForm3();
+
+    // Services.
+    PlayerControl &player() const { return *m_services.player; }
+    TimerFactory &timers() const { return *m_services.timers; }
+    Dialogs &dialogs() const { return *m_services.dialogs; }
+    Shell &shell() const { return *m_services.shell; }
+    SystemInfo &system() const { return *m_services.system; }
+
+    // Paths below the program folder, with '/' separators.
+    const QString &programFolder() const { return m_programFolder; }
+    QString filesPath(const QString &name) const; // <program folder>/Files/<name>
+    QString settingsPath() const { return filesPath(QStringLiteral("Quillmere.ini")); }
+    QString languagePath() const; // Files/Lang/<FileLingua>
+
+    const QString &commandLine() const { return m_commandLine; }
+
+    // The message box the program's own warnings use: the entry without "&",
+    // the program's title, the exclamation icon.
+    int warn(int entry);
+    int msgBox(const QString &text, int style, const QString &title);
+
+    // The one wrapper of the system's open and save dialogs. Returns the
+    // chosen path, or the empty text on cancel; with the multi-select flag
+    // the extra paths come in `more`.
+    QString FileDlg(const FileDlgArgs &args, QStringList *more = nullptr);
+
+    // The process's current directory as the program sees it: the file
+    // dialogs move it to the folder of the chosen file.
+    QString currentDirectory;
+
+    // Screen pointer: 0 default, 11 hourglass.
+    int mousePointer = 0;
+    void setMousePointer(int pointer);
+
+    // Module-level state shared by the windows.
+    QString FileLingua;
+    LanguageTable Lingua;
+    QString TitoloApp;
+    bool OcxRegistrato = false;
+    std::array<QString, 501> BookMark;
+    qint16 SecSalto = 0;
+    qint16 SecIndietro = 0;
+    qint16 TempoPlay = 0;
+    qint16 TempoPause = 0;
+    QString CartellaMedia;
+    qint16 FlagHoverSkin = 0;
+
+    // The editor's document.
+    qint16 TestoModificato = 0;
+    QString FileEditor;
+    QString FileScelto;
+    qint16 NumeroDocumento = 0;
+    QString NomeDocumento;
+
+    UndoHistory &undo() { return *m_undo; }
+
+    // Reloads the language table from Files/Lang/<FileLingua>, tolerant of
+    // long files (lines past the table are skipped).
+    void loadLanguage();
+
+private:
+    QString m_programFolder;
+    Services m_services;
+    QString m_commandLine;
+    bool m_ended = false;
+    // Declared in the order of creation; destroyed the other way round.
+    std::unique_ptr<UndoHistory> m_undo;
+    std::unique_ptr<Form2> m_form2;
+    std::unique_ptr<Form3> m_form3;
+    std::unique_ptr<Form1> m_form1;
+};
+
+// Every "&" taken out: a menu text shown as plain text.
+QString TogliAmp(const QString &s);

@@ -1,0 +1,127 @@
+#include "app/Controls.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <QMouseEvent>
+
+void TwipsPlacement::apply()
+{
+    m_widget->setGeometry(Twips::toPixels(m_left), Twips::toPixels(m_top),
+                          Twips::toPixels(m_width), Twips::toPixels(m_height));
+}
+
+PictureBox::PictureBox(QWidget *parent) : QLabel(parent), TwipsPlacement(this)
+{
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+bool PictureBox::LoadPicture(const QString &path)
+{
+    QImageReader reader(path);
+    const QImage image = reader.read();
+    if (image.isNull())
+        return false;
+    m_pixmap = QPixmap::fromImage(image);
+    m_pictureFile = path;
+    showPicture();
+    return true;
+}
+
+void PictureBox::showPicture()
+{
+    if (m_pixmap.isNull())
+        return;
+    if (m_stretch && width() > 0 && height() > 0)
+        setPixmap(m_pixmap.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    else
+        setPixmap(m_pixmap);
+}
+
+void PictureBox::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    if (m_stretch)
+        showPicture();
+}
+
+void PictureBox::setTip(const QString &tip)
+{
+    setToolTip(tip);
+    setAccessibleName(tip.trimmed());
+}
+
+static int buttonCode(Qt::MouseButtons b)
+{
+    int code = 0;
+    if (b & Qt::LeftButton)
+        code |= 1;
+    if (b & Qt::RightButton)
+        code |= 2;
+    if (b & Qt::MiddleButton)
+        code |= 4;
+    return code;
+}
+
+void PictureBox::mousePressEvent(QMouseEvent *event)
+{
+    if (onMouseDown)
+        onMouseDown(buttonCode(event->button()), Twips::fromPixels(int(event->position().x())),
+                    Twips::fromPixels(int(event->position().y())));
+    QLabel::mousePressEvent(event);
+}
+
+void PictureBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    const int x = Twips::fromPixels(int(event->position().x()));
+    const int y = Twips::fromPixels(int(event->position().y()));
+    if (onMouseUp)
+        onMouseUp(buttonCode(event->button()), x, y);
+    if (onClick && isEnabled() && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        onClick();
+}
+
+void PictureBox::mouseMoveEvent(QMouseEvent *event)
+{
+    if (onMouseMove)
+        onMouseMove(buttonCode(event->buttons()), Twips::fromPixels(int(event->position().x())),
+                    Twips::fromPixels(int(event->position().y())));
+    QLabel::mouseMoveEvent(event);
+}
+
+CaptionLabel::CaptionLabel(QWidget *parent) : QLabel(parent), TwipsPlacement(this)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+QString CaptionLabel::shownText(const QString &caption)
+{
+    QString shown;
+    shown.reserve(caption.size());
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        if (caption.at(i) == u'&') {
+            if (i + 1 < caption.size() && caption.at(i + 1) == u'&') {
+                shown += u'&';
+                ++i;
+            }
+            continue;
+        }
+        shown += caption.at(i);
+    }
+    return shown;
+}
+
+void CaptionLabel::setCaption(const QString &caption)
+{
+    m_caption = caption;
+    setText(shownText(caption));
+}
+
+void CaptionLabel::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (onMouseUp)
+        onMouseUp(buttonCode(event->button()), Twips::fromPixels(int(event->position().x())),
+                  Twips::fromPixels(int(event->position().y())));
+    if (onClick && event->button() == Qt::LeftButton)
+        onClick();
+    QLabel::mouseReleaseEvent(event);
+}

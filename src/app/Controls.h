@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QLabel>
+#include <QString>
+#include <functional>
+
+// Positions and sizes of the windows' controls are kept in twips (1/1440 of
+// an inch), since the program's arithmetic on them (bar widths, volume
+// positions, window placement) is done in that unit; on screen 15 twips are
+// one pixel.
+namespace Twips {
+constexpr int PerPixel = 15;
+constexpr int toPixels(int twips) { return twips / PerPixel; }
+constexpr int fromPixels(int px) { return px * PerPixel; }
+} // namespace Twips
+
+// A control placed in twips, with the hidden text property `Tag` that the
+// program uses as data.
+class TwipsPlacement
+{
+public:
+    explicit TwipsPlacement(QWidget *widget) : m_widget(widget) {}
+
+    int Left() const { return m_left; }
+    int Top() const { return m_top; }
+    int Width() const { return m_width; }
+    int Height() const { return m_height; }
+    void setLeft(int v) { m_left = v; apply(); }
+    void setTop(int v) { m_top = v; apply(); }
+    void setWidth(int v) { m_width = v; apply(); }
+    void setHeight(int v) { m_height = v; apply(); }
+    void place(int left, int top, int width, int height)
+    {
+        m_left = left;
+        m_top = top;
+        m_width = width;
+        m_height = height;
+        apply();
+    }
+
+    QString Tag;
+
+private:
+    void apply();
+    QWidget *m_widget;
+    int m_left = 0;
+    int m_top = 0;
+    int m_width = 0;
+    int m_height = 0;
+};
+
+// A picture on a window, loaded from a file whenever the look changes. A
+// missing or unreadable file leaves the old picture, as the program expects
+// of its skin. With a click handler it is a picture button.
+class PictureBox : public QLabel, public TwipsPlacement
+{
+public:
+    explicit PictureBox(QWidget *parent);
+
+    // Loads the picture; false (and the old picture kept) when it cannot.
+    bool LoadPicture(const QString &path);
+    // The file of the picture on show, for tests and the accessibility tree.
+    QString pictureFile() const { return m_pictureFile; }
+
+    // The tool tip; it is also the accessible name of a picture button.
+    void setTip(const QString &tip);
+
+    // Stretches the picture to the control's size instead of cutting it.
+    void setStretch(bool stretch) { m_stretch = stretch; }
+
+    std::function<void()> onClick;
+    std::function<void(int button, int x, int y)> onMouseUp;   // x, y in twips
+    std::function<void(int button, int x, int y)> onMouseDown;
+    std::function<void(int buttons, int x, int y)> onMouseMove;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void showPicture();
+    QString m_pictureFile;
+    QPixmap m_pixmap;
+    bool m_stretch = false;
+};
+
+// A label whose caption follows the platform's rule for mnemonics: a single
+// "&" marks the next letter and is not shown, "&&" shows one "&".
+class CaptionLabel : public QLabel, public TwipsPlacement
+{
+public:
+    explicit CaptionLabel(QWidget *parent);
+
+    QString Caption() const { return m_caption; }
+    void setCaption(const QString &caption);
+
+    std::function<void(int button, int x, int y)> onMouseUp; // x, y in twips
+    std::function<void()> onClick;
+
+    // The text as shown: mnemonic marks taken out.
+    static QString shownText(const QString &caption);
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    QString m_caption;
+};

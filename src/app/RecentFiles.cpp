@@ -1,0 +1,62 @@
+#include "app/RecentFiles.h"
+
+#include "platform/TextFile.h"
+
+#include <QAction>
+
+namespace RecentFiles {
+
+bool isFreeSlot(const QString &caption)
+{
+    return caption.left(9) == QLatin1String("mnuRecent");
+}
+
+void load(const QString &listFile, QAction *const items[4], QAction *separator, int &mark)
+{
+    const auto lines = TextFile::readLines(listFile);
+    if (!lines)
+        return;
+    // A short file: reading past its end leaves the last line read in place.
+    QString line;
+    for (int n = 0; n < 4; ++n) {
+        if (n < lines->size())
+            line = lines->at(n);
+        if (!line.isEmpty()) {
+            items[n]->setText(line);
+            mark = 1;
+        }
+    }
+    if (mark == 1) {
+        separator->setVisible(true);
+        for (int n = 0; n < 4; ++n)
+            items[n]->setVisible(!isFreeSlot(items[n]->text()));
+    }
+}
+
+void update(const QString &path, QAction *const items[4], QAction *separator, const QString &listFile)
+{
+    int n = 0;
+    for (int i = 0; i < 4; ++i) {
+        if (items[i]->text() == path)
+            n = i + 1;
+    }
+    auto shiftDown = [items](int to) {
+        for (int i = to; i >= 1; --i)
+            items[i]->setText(items[i - 1]->text());
+    };
+    if (n >= 2)
+        shiftDown(n - 1);
+    items[0]->setVisible(true);
+    for (int i = 1; i < 4; ++i)
+        items[i]->setVisible(!isFreeSlot(items[i]->text()));
+    if (n == 0)
+        shiftDown(3);
+    items[0]->setText(path);
+    separator->setVisible(true);
+    QStringList captions;
+    for (int i = 0; i < 4; ++i)
+        captions.append(items[i]->text());
+    TextFile::writeLines(listFile, captions);
+}
+
+} // namespace RecentFiles

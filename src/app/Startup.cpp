@@ -1,0 +1,274 @@
+// The player window's start-up and exit sequences.
+
+#include "app/AppContext.h"
+#include "app/RecentFiles.h"
+#include "app/SettingsFile.h"
+#include "bookmarks/Form3.h"
+#include "editor/Form2.h"
+#include "platform/Numbers.h"
+#include "platform/TextFile.h"
+#include "player/Form1.h"
+
+#include <QAction>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
+
+namespace {
+
+// The screen's size in twips.
+QSize screenTwips()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QSize px = screen ? screen->geometry().size() : QSize(1024, 768);
+    return {Twips::fromPixels(px.width()), Twips::fromPixels(px.height())};
+}
+
+} // namespace
+
+void Form1::Form_Initialize()
+{
+    // The shell library and the common controls of the old platform have
+    // no counterpart here; what remains is placing the editor.
+    PosizionaEditor();
+}
+
+void Form1::PosizionaEditor()
+{
+    Form2 *editor = ctx.form2();
+    if (!ctx.BookMark[0].isEmpty())
+        editor->setTop(ctx.form3()->Top() + ctx.form3()->Height() + 30);
+    else
+        editor->setTop(Top() + Height() + 30);
+    editor->setLeft(Left());
+}
+
+void Form1::Form_Load()
+{
+    // 1. The drop hook: this window accepts drops (set up with the window).
+    // 2. Volume.
+    VolumeMax = 100;
+    IniziaVolume();
+
+    // 3. Title.
+    ctx.TitoloApp = QStringLiteral("Quillmere");
+    setWindowTitle(ctx.TitoloApp);
+    setTop(0);
+
+    // 4. The settings, field by field. A field that cannot be read keeps its
+    // zero or empty value, and the start goes on.
+    QString volumeText;
+    qint16 line9 = 0, line10 = 0, line11 = 0, line12 = 0, line13 = 0, line14 = 0;
+    qint16 line8 = 0, line16 = 0, line17 = 0, line18 = 0, line19 = 0, line20 = 0;
+    qint16 line23 = 0, line24 = 0, line25 = 0;
+    QString line15;
+    {
+        const QStringList lines = TextFile::readLines(ctx.settingsPath()).value_or(QStringList());
+        SettingsFieldReader in(lines);
+        auto text = [&in]() { return in.text().value_or(QString()); };
+        auto int16 = [&in](qint16 &target) {
+            if (const auto v = in.int16())
+                target = *v;
+        };
+        auto valInt16 = [](const QString &t, qint16 &target) {
+            if (const auto v = SettingsFile::valInt16(t))
+                target = *v;
+        };
+
+        text(); // line 1: the language, already taken by the start.
+        volumeText = text();
+        Image1->setTop(int(Numbers::leadingNumber(text())));
+        valInt16(text(), ctx.SecSalto);
+        valInt16(text(), ctx.SecIndietro);
+        mnuTitoloCompleto->setChecked(Numbers::leadingNumber(text()) == 1);
+        ctx.CartellaMedia = text();
+        int16(line8);
+        int16(line9);
+        int16(line10);
+        int16(line11);
+        int16(line12);
+        int16(line13);
+        int16(line14);
+        line15 = text();
+        int16(line16);
+        int16(line17);
+        int16(line18);
+        int16(line19);
+        int16(line20);
+        valInt16(text(), ctx.TempoPlay);
+        if (ctx.TempoPlay < 3)
+            ctx.TempoPlay = 7;
+        valInt16(text(), ctx.TempoPause);
+        if (ctx.TempoPause < 3)
+            ctx.TempoPause = 7;
+        int16(line23);
+        mnuSmartPlay->setChecked(line23 != 0);
+        imgDetta->LoadPicture(ctx.filesPath(line23 != 0 ? QStringLiteral("detta2.jpg") : QStringLiteral("detta.jpg")));
+        int16(line24);
+        mnuCheckUpdateStartup->setChecked(line24 == 1);
+        int16(line25);
+        mnuNoPlayOnWrite->setChecked(line25 == 1);
+    }
+
+    // 5. The language table once more, tolerant of long files.
+    ctx.loadLanguage();
+
+    // 6. Saved positions, unless lines 13 and 14 add up to 0 (in 16 bits).
+    if (const auto sum = std::optional<qint16>(Numbers::toInt16(double(line13) + double(line14)))) {
+        if (*sum != 0) {
+            setLeft(line9);
+            setTop(line10);
+            ctx.form2()->setLeft(line11);
+            ctx.form2()->setTop(line12);
+        }
+    }
+
+    // 7. Stay on top; either way the window lands at pixel (50, 50).
+    const bool topmost = line15 == QLatin1String("0") || line15.isEmpty();
+    mnuPrimoPiano->setChecked(topmost);
+    setWindowPosTopmost(topmost);
+
+    // 8. The editor, if it was open, fitted into the screen.
+    if (line8 == 0) {
+        Form2 *editor = ctx.form2();
+        const QSize screen = screenTwips();
+        if (editor->Left() + editor->Width() > screen.width())
+            editor->setWidth(screen.width() - editor->Left());
+        if (editor->Top() + editor->Height() > screen.height())
+            editor->setHeight(screen.height() - editor->Top());
+        editor->show();
+    }
+
+    // 9. The bookmark window, by the inverted reading of its line.
+    if (line16 == 1) {
+        Form3 *marks = ctx.form3();
+        marks->setLeft(line17);
+        marks->setTop(line18);
+        marks->setWidth(line19);
+        marks->setHeight(line20);
+        marks->show();
+    }
+
+    // 10. Captions from the language table.
+    ApplicaLingua();
+
+    // 11. The position bar and its text.
+    Shape1->hide();
+    Label2->setLeft(Shape1->Left());
+    Label2->setWidth(Shape1->Width());
+    Label2->setCaption(QStringLiteral("0:00 / 0:00"));
+
+    // 12. Commands that need a media file.
+    for (QAction *a : {mnuPlay, mnuStop, mnuAvanti, mnuIndietro, mnuDiminuisciVelocità,
+                       mnuAumentaVelocità, mnuVai})
+        a->setEnabled(false);
+    cmdStop->setEnabled(false);
+
+    // 13.
+    mnuSecIndietro->setText(ctx.Lingua(30));
+    Image1->setTip(QStringLiteral(" ") + ctx.Lingua(27) + QStringLiteral(" "));
+
+    // 14. The smart play button's place at rest.
+    DettaTop = qint16(imgDetta->Top());
+    DettaLeft = qint16(imgDetta->Left());
+
+    // 15. Both recent lists, with one shared mark.
+    {
+        int mark = 0;
+        RecentFiles::load(ctx.filesPath(QStringLiteral("LastFiles.ini")), mnuRecent, mnuRiga, mark);
+        Form2 *editor = ctx.form2();
+        RecentFiles::load(ctx.filesPath(QStringLiteral("LastFilesEditor.ini")), editor->mnuRecent, editor->mnur, mark);
+    }
+
+    // 16. The pointing hand over the skin's buttons.
+    {
+        const QPixmap hand(ctx.filesPath(QStringLiteral("Indica.ico")));
+        if (!hand.isNull()) {
+            const QCursor cursor(hand, 6, 1);
+            for (PictureBox *b : {Image3, imgDetta, cmdPlay, cmdIndietro, cmdStop, cmdAvanz})
+                b->setCursor(cursor);
+        }
+    }
+
+    // 17. The command line as it came (quotes included).
+    const QString commandLine = ctx.commandLine();
+    if (!commandLine.trimmed().isEmpty())
+        vai(commandLine);
+
+    // 18.
+    Image1->Tag = volumeText;
+
+    // 19. Back to the state without media, whatever step 17 opened.
+    mnuChiudi_Click();
+
+    // 20.
+    ApplicaVolume();
+
+    // 21. The command line as a quoted path.
+    if (!commandLine.trimmed().isEmpty())
+        ApriMedia(commandLine.mid(1, commandLine.size() - 2));
+
+    // 22.
+    if (line24 == 1)
+        ControllaAggiornamenti();
+}
+
+void Form1::Form_Unload(int &Cancel)
+{
+    // 1.
+    SalvaBookMark();
+
+    // 2. Unsaved text in the visible editor.
+    Form2 *editor = ctx.form2();
+    if (editor->isVisible() && ctx.TestoModificato == 1 && !editor->Text().isEmpty()) {
+        const QString defaultName = ctx.NomeDocumento + QString::number(ctx.NumeroDocumento);
+        QString prompt;
+        if (ctx.FileEditor.isEmpty()) {
+            prompt = TogliAmp(ctx.Lingua(75)) + u' ' + defaultName + u'?';
+            ctx.FileEditor = defaultName;
+        } else {
+            prompt = TogliAmp(ctx.Lingua(75)) + u' ' + ctx.FileEditor + u'?';
+        }
+        const int answer = ctx.msgBox(prompt, MsgBox::YesNoCancel | MsgBox::Exclamation, QString());
+        if (answer == MsgBox::Cancel) {
+            Cancel = 1;
+            return;
+        }
+        if (answer == MsgBox::Yes) {
+            if (ctx.FileEditor == defaultName)
+                editor->mnuSalvaConNome_Click();
+            else
+                editor->Label2_Click(2);
+            editor->SalvaFilesRecenti(ctx.FileEditor);
+            if (ctx.TestoModificato > 0) {
+                Cancel = 1;
+                Salva();
+                show();
+                return;
+            }
+        }
+    }
+
+    // 3, 4. Nothing was registered and the drop handler goes with the window.
+
+    // 5. The settings, while the other windows still answer for their geometry.
+    Salva();
+
+    // 6.
+    if (Form3 *marks = ctx.existingForm3())
+        marks->hide();
+
+    // 7.
+    WMP1.stop();
+
+    // 8.
+    editor->hide();
+    ctx.endProcess();
+}
+
+void Form1::mnuEsci_Click()
+{
+    int Cancel = 0;
+    Form_Unload(Cancel);
+}

@@ -1,0 +1,81 @@
+// The program's entry: builds the real services and runs the start-up.
+
+#include "app/AppContext.h"
+#include "platform/LazyPlayer.h"
+#include "platform/QtServices.h"
+#include "player/Form1.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QTimer>
+#include <clocale>
+#include <cstdio>
+
+namespace {
+
+bool hasDisplay()
+{
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return true;
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+// The program takes one media path in double quotes. A desktop launcher or
+// a shell hands the path over as one argument with the quotes already
+// taken off: such an argument is put back into quotes.
+QString commandLineOf(const QStringList &arguments)
+{
+    const QStringList args = arguments.mid(1);
+    if (args.isEmpty())
+        return QString();
+    if (args.size() == 1) {
+        const QString &arg = args.first();
+        if (arg.startsWith(u'"') && arg.endsWith(u'"') && arg.size() >= 2)
+            return arg;
+        return u'"' + arg + u'"';
+    }
+    return args.join(u' ');
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (!hasDisplay()) {
+        std::fprintf(stderr,
+                     "quillmere: no display found (DISPLAY is not set).\n"
+                     "Run it on a desktop session, or under a virtual display:\n"
+                     "    xvfb-run -a make run\n");
+        return 2;
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quillmere"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Quillmere"));
+    // libmpv parses numbers with the C library and refuses to start unless
+    // the numeric locale is "C"; Qt has set it from the environment.
+    std::setlocale(LC_NUMERIC, "C");
+
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere.png")));
+
+    auto *player = new LazyPlayer(programFolder);
+    LazyPlayer *lazy = player;
+    Services services;
+    services.player.reset(player);
+    services.timers = std::make_unique<QtTimerFactory>();
+    services.dialogs = std::make_unique<QtDialogs>();
+    services.shell = std::make_unique<QtShell>();
+    services.system = std::make_unique<QtSystemInfo>(programFolder);
+
+    AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
+    ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };
+    if (!ctx.Main())
+        return 0;
+    // The player back-end is loaded once the window is on screen, so that
+    // its libraries do not delay the first paint.
+    ctx.form1()->onFirstPaint = [lazy] { QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); }); };
+    if (ctx.processEnded())
+        return 0;
+    return app.exec();
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Dialogs.h"
+#include "platform/Shell.h"
+#include "platform/SystemInfo.h"
+
+#include <QColor>
+#include <QList>
+#include <QStringList>
+#include <deque>
+#include <functional>
+
+// Message boxes and dialogs for tests: every call is recorded, and answers
+// come from scripts that the test fills beforehand. An empty script answers
+// a message box with its first button (OK or Yes) and cancels a file dialog.
+class FakeDialogs : public Dialogs
+{
+public:
+    struct Message
+    {
+        QString text;
+        int style = 0;
+        QString title;
+    };
+
+    QList<Message> messages;
+    QList<FileDialogRequest> fileDialogs;
+    int colorDialogs = 0;
+    int beeps = 0;
+
+    std::deque<int> msgBoxAnswers;
+    std::deque<FileDialogAnswer> fileAnswers;
+    std::deque<QColor> colorAnswers; // an invalid colour answers cancel
+
+    // Runs inside a message box or dialog, as the event loop would run
+    // timers there; tests use it to advance the virtual clock.
+    std::function<void()> whileOpen;
+
+    void answerFile(const QString &path) { fileAnswers.push_back({path.isEmpty() ? QStringList() : QStringList{path}, 0}); }
+
+    int msgBox(const QString &text, int style, const QString &title) override;
+    FileDialogAnswer fileDialog(const FileDialogRequest &request) override;
+    bool chooseColor(QWidget *owner, QColor &color) override;
+    void beep() override { ++beeps; }
+};
+
+class FakeShell : public Shell
+{
+public:
+    QStringList urls;
+    QStringList files;
+    QStringList commands;
+    void openUrl(const QString &url) override { urls.append(url); }
+    void openFile(const QString &path) override { files.append(path); }
+    void runCommand(const QString &command) override { commands.append(command); }
+};
+
+class FakeSystemInfo : public SystemInfo
+{
+public:
+    QString country = QStringLiteral("United Kingdom");
+    bool anotherInstance = false;
+    QString countryEnglishName() override { return country; }
+    bool acquireInstanceLock() override { return !anotherInstance; }
+};

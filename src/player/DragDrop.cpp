@@ -1,0 +1,42 @@
+// A file dropped on the player window.
+
+#include "app/AppContext.h"
+#include "player/Form1.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+#include <exception>
+
+void Form1::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void Form1::dropEvent(QDropEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // Only the first of several dropped files counts.
+    const QUrl &first = urls.first();
+    GotADrop(first.isLocalFile() ? first.toLocalFile() : first.toString());
+}
+
+void Form1::GotADrop(const QString &path)
+{
+    try {
+        QString file = path;
+        while (file.endsWith(QChar(0)))
+            file.chop(1);
+        // The short way: the file plays, but the title, the bookmarks and
+        // the recent list stay those of the file opened before.
+        if (!file.isEmpty())
+            vai(file);
+    } catch (const std::exception &) {
+        ctx.msgBox(TogliAmp(ctx.Lingua(36)), MsgBox::Exclamation, TogliAmp(ctx.Lingua(37)));
+    }
+}
