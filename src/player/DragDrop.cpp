@@ -17,13 +17,19 @@ void Form1::dragEnterEvent(QDragEnterEvent *event)
 
 void Form1::dropEvent(QDropEvent *event)
 {
-    const QList<QUrl> urls = event->mimeData()->urls();
+    if (dropFiles(event->mimeData()))
+        event->acceptProposedAction();
+}
+
+bool Form1::dropFiles(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
     if (urls.isEmpty())
-        return;
-    event->acceptProposedAction();
+        return false;
     // Only the first of several dropped files counts.
     const QUrl &first = urls.first();
     GotADrop(first.isLocalFile() ? first.toLocalFile() : first.toString());
+    return true;
 }
 
 void Form1::GotADrop(const QString &path)

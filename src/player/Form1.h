@@ -10,6 +10,7 @@ class AppContext;
 class PlayerControl;
 class QAction;
 class QMenu;
+class QMimeData;
 
 // The player window: the skin, the menus, the timers and the routines of the
 // media player. It owns the process: its start-up routines run while the
@@ -177,6 +178,8 @@ public:
 
     // --- Dropped files (player/DragDrop.cpp) -------------------------------
     void GotADrop(const QString &path);
+    // What a drop on the window hands over: the first of the files.
+    bool dropFiles(const QMimeData *data);
 
     // --- Window behaviour (player/WindowBehaviour.cpp) ---------------------
     void mnuMostraNascondi_Click();

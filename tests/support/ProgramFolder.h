@@ -3,6 +3,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include "QtPrinters.h"
+
 // A fresh copy of the built program folder (Files, Files/Lang, Bookmarks) in
 // a temporary directory, removed with the object. Each test that starts the
 // program's windows works on one of these, so no test sees another's files.

@@ -7,7 +7,10 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
-TestApp::TestApp(QString commandLine) : m_commandLine(std::move(commandLine)) {}
+TestApp::TestApp(QString commandLine) : m_commandLine(std::move(commandLine))
+{
+    build();
+}
 
 TestApp::~TestApp() = default;
 

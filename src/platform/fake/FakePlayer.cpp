@@ -13,27 +13,41 @@ bool FakePlayer::loading() const
     return m_loaded && m_clock.now() < m_loadReadyAt;
 }
 
+double FakePlayer::livePosition() const
+{
+    // Measured from the last change of state, so that virtual time in any
+    // number of steps gives the same exact position.
+    if (m_mode != Mode::Playing || loading())
+        return m_position;
+    const qint64 from = std::max(m_positionTime, m_loadReadyAt);
+    const qint64 now = m_clock.now();
+    return now > from ? m_position + double(now - from) / 1000.0 * m_rate : m_position;
+}
+
 void FakePlayer::settle() const
 {
-    const qint64 now = m_clock.now();
-    if (m_mode == Mode::Playing && !loading()) {
-        const qint64 from = std::max(m_positionTime, m_loadReadyAt);
-        if (now > from)
-            m_position += double(now - from) / 1000.0 * m_rate;
-        if (m_position >= m_duration) {
-            // The end of the media: the player stops by itself.
-            m_position = 0;
-            m_mode = Mode::Stopped;
-            m_atEnd = true;
-        }
+    if (m_mode != Mode::Playing || loading())
+        return;
+    if (livePosition() >= m_duration) {
+        // The end of the media: the player stops by itself.
+        m_position = 0;
+        m_mode = Mode::Stopped;
+        m_atEnd = true;
+        m_positionTime = m_clock.now();
     }
-    m_positionTime = now;
+}
+
+void FakePlayer::reanchor()
+{
+    settle();
+    m_position = livePosition();
+    m_positionTime = m_clock.now();
 }
 
 void FakePlayer::setURL(const QString &path)
 {
     log.append(QStringLiteral("url ") + path);
-    settle();
+    reanchor();
     m_url = path;
     m_atEnd = false;
     m_position = 0;
@@ -77,7 +91,7 @@ int FakePlayer::playState() const
 void FakePlayer::play()
 {
     log.append(QStringLiteral("play"));
-    settle();
+    reanchor();
     if (m_mode == Mode::Empty)
         return;
     if (m_mode == Mode::Stopped)
@@ -89,7 +103,7 @@ void FakePlayer::play()
 void FakePlayer::pause()
 {
     log.append(QStringLiteral("pause"));
-    settle();
+    reanchor();
     if (m_mode == Mode::Playing)
         m_mode = Mode::Paused;
 }
@@ -97,7 +111,7 @@ void FakePlayer::pause()
 void FakePlayer::stop()
 {
     log.append(QStringLiteral("stop"));
-    settle();
+    reanchor();
     if (m_mode == Mode::Empty)
         return;
     m_mode = Mode::Stopped;
@@ -107,20 +121,19 @@ void FakePlayer::stop()
 double FakePlayer::currentPosition() const
 {
     settle();
-    return m_mode == Mode::Empty ? 0.0 : m_position;
+    return m_mode == Mode::Empty ? 0.0 : livePosition();
 }
 
 void FakePlayer::setCurrentPosition(double seconds)
 {
     log.append(QStringLiteral("seek ") + Numbers::numberText(seconds));
-    settle();
+    reanchor();
     if (m_mode == Mode::Empty)
         return;
     m_position = std::clamp(seconds, 0.0, m_duration);
     if (m_mode == Mode::Stopped)
         m_mode = Mode::Paused;
-    if (m_mode == Mode::Playing && m_position >= m_duration)
-        settle();
+    settle();
 }
 
 QString FakePlayer::currentPositionString() const
@@ -128,7 +141,7 @@ QString FakePlayer::currentPositionString() const
     settle();
     if (m_mode == Mode::Empty || m_mode == Mode::Stopped)
         return QString();
-    return playerTimeString(m_position);
+    return playerTimeString(livePosition());
 }
 
 double FakePlayer::duration() const
@@ -145,7 +158,7 @@ QString FakePlayer::durationString() const
 void FakePlayer::setRate(double rate)
 {
     log.append(QStringLiteral("rate ") + Numbers::numberText(rate));
-    settle();
+    reanchor();
     m_rate = rate;
 }
 

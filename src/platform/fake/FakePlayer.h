@@ -49,6 +49,8 @@ private:
     enum class Mode { Empty, Stopped, Paused, Playing };
     // Brings the position up to the clock; notices the end of the media.
     void settle() const;
+    double livePosition() const;
+    void reanchor();
     bool loading() const;
 
     VirtualClock &m_clock;

@@ -1,0 +1,146 @@
+// The file dialog wrapper, the open dialog of the player and dropped files.
+
+#include "TestApp.h"
+
+#include "player/Form1.h"
+
+#include <QAction>
+#include <QDir>
+#include <QMimeData>
+#include <QUrl>
+#include <QTest>
+#include <gtest/gtest.h>
+
+TEST(FileDlg, PassesEveryArgumentAndGivesBackTheChoice)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    const QString media = app.mediaFile(QStringLiteral("memo.wav"));
+    app.ctx().CartellaMedia = QStringLiteral("/recordings");
+    app.dialogs->answerFile(media);
+    app.form1().mnuApri_Click();
+
+    ASSERT_EQ(app.dialogs->fileDialogs.size(), 1);
+    const FileDialogRequest &r = app.dialogs->fileDialogs[0];
+    EXPECT_TRUE(r.open);
+    EXPECT_EQ(r.owner, &app.form1());
+    EXPECT_EQ(r.title, app.ctx().Lingua(25));
+    EXPECT_EQ(r.defaultExtension, QStringLiteral("wav"));
+    EXPECT_EQ(r.initialFolder, QStringLiteral("/recordings"));
+    EXPECT_EQ(r.filterIndex, 1);
+    EXPECT_EQ(r.flags, 0u);
+    const QStringList filter = r.filter.split(QChar(0));
+    ASSERT_EQ(filter.size(), 4);
+    EXPECT_EQ(filter[0], app.ctx().Lingua(41));
+    EXPECT_TRUE(filter[1].startsWith(QStringLiteral("*.aac;*.avi;*.mp3")));
+    EXPECT_EQ(filter[2], app.ctx().Lingua(26));
+    EXPECT_EQ(filter[3], QStringLiteral("*.*"));
+
+    // The chosen file plays, and the media folder follows the dialog.
+    EXPECT_EQ(app.player->URL(), media);
+    EXPECT_EQ(app.ctx().CartellaMedia, QFileInfo(media).absolutePath());
+    EXPECT_EQ(app.form1().mnuRecent[0]->text(), media);
+    EXPECT_TRUE(app.form1().mnuRecent[0]->isVisible());
+    EXPECT_TRUE(app.form1().mnuRiga->isVisible());
+    EXPECT_EQ(QString::fromUtf8(app.folder.read(QStringLiteral("Files/LastFiles.ini"))).split(QStringLiteral("\r\n")),
+              (QStringList{media, QStringLiteral("mnuRecent1"), QStringLiteral("mnuRecent2"), QStringLiteral("mnuRecent3"), QString()}));
+    // The placeholders moved down stay free slots.
+    EXPECT_FALSE(app.form1().mnuRecent[1]->isVisible());
+}
+
+TEST(FileDlg, CancelGivesTheEmptyTextAndMultiSelectJoinsTheFolder)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    quint32 flags = 512;
+    FileDlgArgs args;
+    args.flags = &flags;
+    args.open = true;
+    EXPECT_EQ(app.ctx().FileDlg(args), QString());
+    EXPECT_EQ(app.dialogs->fileDialogs.last().initialFolder, app.ctx().currentDirectory);
+
+    app.dialogs->fileAnswers.push_back({{QStringLiteral("/data"), QStringLiteral("a.wav"), QStringLiteral("b.wav")}, 512 | 4});
+    QStringList more;
+    EXPECT_EQ(app.ctx().FileDlg(args, &more), QStringLiteral("/data/a.wav"));
+    EXPECT_EQ(more, QStringList{QStringLiteral("/data/b.wav")});
+    EXPECT_EQ(flags, 512u | 4u);
+
+    app.dialogs->fileAnswers.push_back({{QStringLiteral("/one/c.wav")}, 512});
+    EXPECT_EQ(app.ctx().FileDlg(args), QStringLiteral("/one/c.wav"));
+
+    // Without the flag the first part is the whole answer.
+    args.flags = nullptr;
+    app.dialogs->fileAnswers.push_back({{QStringLiteral("/x/y.wav"), QStringLiteral("z")}, 0});
+    EXPECT_EQ(app.ctx().FileDlg(args), QStringLiteral("/x/y.wav"));
+}
+
+TEST(ApriMedia, CancelLeavesAPlayingFilePausedAndAMissingFileIsReported)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    const QString media = app.mediaFile();
+    app.form1().ApriMedia(media);
+    app.advance(5000);
+    app.form1().mnuApri_Click(); // the script has no answer: cancel
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
+    EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
+
+    app.form1().ApriMedia(QStringLiteral("/no/such/file.wav"));
+    ASSERT_FALSE(app.dialogs->messages.isEmpty());
+    EXPECT_EQ(app.dialogs->messages.last().text, TogliAmp(app.ctx().Lingua(98)));
+    EXPECT_EQ(app.dialogs->messages.last().title, TogliAmp(app.ctx().Lingua(1)));
+    EXPECT_EQ(app.dialogs->messages.last().style, 48);
+    EXPECT_EQ(app.player->URL(), media);
+}
+
+TEST(ApriMedia, TheBookmarkFileOfTheMediaIsReadAndOldLinesGetAnHoursField)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    app.folder.write(QStringLiteral("Bookmarks/memo.wav.bm"), "00:01:05  start\r\n03:25  old mark\r\n");
+    app.form1().ApriMedia(app.mediaFile(QStringLiteral("memo.wav")));
+    EXPECT_EQ(app.ctx().BookMark[0], QStringLiteral("00:01:05  start"));
+    EXPECT_EQ(app.ctx().BookMark[1], QStringLiteral("00:03:25  old mark"));
+    EXPECT_EQ(app.ctx().BookMark[2], QString());
+}
+
+namespace {
+
+void drop(Form1 &form, const QStringList &paths)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &p : paths)
+        urls.append(QUrl::fromLocalFile(p));
+    data.setUrls(urls);
+    form.dropFiles(&data);
+}
+
+} // namespace
+
+TEST(Drop, OnlyTheFirstFilePlaysAndTheTitleStaysThePreviousOnes)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    const QString a = app.mediaFile(QStringLiteral("a.wav"));
+    const QString b = app.mediaFile(QStringLiteral("b.wav"));
+    const QString c = app.mediaFile(QStringLiteral("c.wav"));
+    drop(app.form1(), {b, a, c});
+    EXPECT_EQ(app.player->URL(), b);
+    EXPECT_FALSE(app.player->log.contains(QStringLiteral("url ") + a));
+    // A drop takes the short way: no title, no recent entry.
+    EXPECT_EQ(app.form1().Label4->Tag, QString());
+    EXPECT_FALSE(app.form1().mnuRecent[0]->isVisible());
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
+}
+
+TEST(Drop, AFolderLoadsNothingButEnablesTheCommandsAndPresssPlay)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    drop(app.form1(), {app.folder.path()});
+    EXPECT_EQ(app.player->URL(), QString());
+    EXPECT_TRUE(app.form1().cmdPlay->isEnabled());
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
+    EXPECT_TRUE(app.dialogs->messages.isEmpty());
+}
