@@ -7,7 +7,9 @@
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QListWidget>
 #include <QDir>
 #include <QFileInfo>
 
@@ -63,10 +65,20 @@ Form3 *AppContext::form3()
 
 void AppContext::unloadForm3()
 {
-    if (m_form3) {
-        m_form3->hide();
-        m_form3.reset();
+    if (!m_form3)
+        return;
+    // The window's own unload: its hidden list goes back into the array, and
+    // the command reads "show" again.
+    for (QString &line : BookMark)
+        line.clear();
+    for (int i = 0; i < m_form3->List1->count() && i < int(BookMark.size()); ++i) {
+        if (const QListWidgetItem *item = m_form3->List2->item(i))
+            BookMark[size_t(i)] = item->text();
     }
+    if (m_form1)
+        m_form1->mnuBookMark->setText(Lingua(84));
+    m_form3->hide();
+    m_form3.reset();
 }
 
 void AppContext::endProcess()

@@ -6,6 +6,7 @@
 #include "player/Form1.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QIcon>
 #include <QTimer>
 #include <clocale>
@@ -35,6 +36,19 @@ QString commandLineOf(const QStringList &arguments)
         return u'"' + arg + u'"';
     }
     return args.join(u' ');
+}
+
+// Resident memory of this process in kB, from the kernel's status file.
+long residentKb()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLong();
+    }
+    return -1;
 }
 
 } // namespace
@@ -74,7 +88,21 @@ int main(int argc, char **argv)
         return 0;
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
-    ctx.form1()->onFirstPaint = [lazy] { QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); }); };
+    // The start-up benchmark (bench/startup) asks for the moment of the first
+    // paint and the memory once the back-end is loaded, then for the exit.
+    const bool benchmark = qEnvironmentVariableIsSet("QM_BENCH_FIRST_PAINT");
+    ctx.form1()->onFirstPaint = [lazy, benchmark] {
+        if (benchmark) {
+            std::printf("first-paint\n");
+            std::fflush(stdout);
+            QTimer::singleShot(1000, qApp, [] {
+                std::printf("rss-kb %ld\n", residentKb());
+                std::fflush(stdout);
+                QCoreApplication::exit(0);
+            });
+        }
+        QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); });
+    };
     if (ctx.processEnded())
         return 0;
     return app.exec();

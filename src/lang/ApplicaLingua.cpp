@@ -102,6 +102,7 @@ void Form1::ApplicaLingua()
     cmdRec->setAccessibleName(TogliAmp(L(104)));
     Image4->setAccessibleName(TogliAmp(L(19)));
     Label2->setAccessibleName(QStringLiteral("Position"));
+    Image2->setAccessibleName(TogliAmp(ctx.Lingua(27)).trimmed());
 
     // 5.
     ctx.form2()->CambiaLingua2();

@@ -114,6 +114,20 @@ void Form1::buildSkin()
     cmdRec->onClick = [this] { cmdRec_Click(); };
     Image3->onClick = [this] { Image3_Click(); };
     imgDetta->onClick = [this] { imgDetta_Click(); };
+
+    cmdPlay->onMouseMove = [this](int, int, int) { cmdPlay_MouseMove(); };
+    cmdIndietro->onMouseMove = [this](int, int, int) { cmdIndietro_MouseMove(); };
+    cmdStop->onMouseMove = [this](int, int, int) { cmdStop_MouseMove(); };
+    cmdAvanz->onMouseMove = [this](int, int, int) { cmdAvanz_MouseMove(); };
+    cmdRec->onMouseMove = [this](int, int, int) { cmdRec_MouseMove(); };
+    Image3->onMouseMove = [this](int, int, int) { Image3_MouseMove(); };
+    imgDetta->onMouseMove = [this](int, int, int) { imgDetta_MouseMove(); };
+    Image2->onMouseUp = [this](int button, int, int y) { Image2_MouseUp(button, y); };
+    Image1->onMouseDown = [this](int button, int, int) { Image1_MouseDown(button); };
+    Image1->onMouseMove = [this](int buttons, int, int y) { Image1_MouseMove(buttons, y); };
+    Image1->onMouseUp = [this](int button, int, int) { Image1_MouseUp(button); };
+    Label2->onMouseUp = [this](int, int x, int) { Label2_MouseUp(x); };
+    surface->installEventFilter(this);
 }
 
 void Form1::buildMenus()
@@ -227,6 +241,8 @@ void Form1::wireTimers()
     Timer6 = ctx.timers().createTimer();
     TimerKey = ctx.timers().createTimer();
     Timer1->onTimeout = [this] { Timer1_Timer(); };
+    Timer2->onTimeout = [this] { Timer2_Timer(); };
+    Timer3->onTimeout = [this] { Timer3_Timer(); };
     Timer4->onTimeout = [this] { Timer4_Timer(); };
     Timer5->onTimeout = [this] { Timer5_Timer(); };
     Timer6->onTimeout = [this] { Timer6_Timer(); };

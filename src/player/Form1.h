@@ -171,6 +171,13 @@ public:
     void IniziaVolume();
     void ApplicaVolume();
     void computeVolumeTag();
+    void Image2_MouseUp(int button, int y);  // y in twips, relative to the bar
+    void Image1_MouseDown(int button);
+    void Image1_MouseMove(int buttons, int y); // y relative to the thumb
+    void Image1_MouseUp(int button);
+    void Timer2_Timer();
+    void Timer3_Timer();
+    void Label2_MouseUp(int x);              // seek: x in twips on the bar
 
     // --- Speed (player/Speed.cpp) ------------------------------------------
     void mnuAumentaVelocità_Click();
@@ -186,6 +193,16 @@ public:
     void mnuPrimoPiano_Click();
     void mnuTitoloCompleto_Click();
     void Form_Resize();
+
+    // --- Hover pictures (player/Hover.cpp) ------------------------------------
+    void cmdAvanz_MouseMove();
+    void cmdIndietro_MouseMove();
+    void cmdPlay_MouseMove();
+    void cmdStop_MouseMove();
+    void cmdRec_MouseMove();
+    void Image3_MouseMove();
+    void imgDetta_MouseMove();
+    void Form_MouseMove();
 
     // --- Dictation (dictation/) ---------------------------------------------
     void mnuSmartPlay_Click();
@@ -234,6 +251,9 @@ protected:
 
 private:
     void buildSkin();
+    void lightButton(int button);
+    void restButton(int button);
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void buildMenus();
     void wireTimers();
     bool m_firstPaintDone = false;

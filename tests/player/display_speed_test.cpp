@@ -5,6 +5,7 @@
 #include "player/Form1.h"
 
 #include <QAction>
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
@@ -112,4 +113,84 @@ TEST(Speed, StepsAccumulateFromNormalToTheTop)
         s.f().mnuDiminuisciVelocità_Click();
     EXPECT_GE(s.app.player->rate(), 0.5 - 1e-9);
     EXPECT_LT(s.app.player->rate(), 0.6);
+}
+
+TEST(Hover, ButtonsLightUnderTheMouseAndTheSmartPlayButtonJumps)
+{
+    Started s;
+    auto file = [](PictureBox *b) { return b->pictureFile().section(u'/', -1); };
+    s.f().cmdStop_MouseMove();
+    EXPECT_EQ(file(s.f().cmdStop), QStringLiteral("stop2.jpg"));
+    s.f().cmdPlay_MouseMove();
+    EXPECT_EQ(file(s.f().cmdStop), QStringLiteral("stop.jpg"));
+    EXPECT_EQ(file(s.f().cmdPlay), QStringLiteral("play2.jpg"));
+    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 1);
+
+    // F5 with the mouse resting on the button clears the flag, so the next
+    // move lights the picture of the new state.
+    s.f().ApriMedia(s.app.mediaFile());
+    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 0);
+    s.f().cmdPlay_MouseMove();
+    EXPECT_EQ(file(s.f().cmdPlay), QStringLiteral("pause2.jpg"));
+
+    const int top = s.f().imgDetta->Top();
+    s.f().imgDetta_MouseMove();
+    EXPECT_EQ(s.f().imgDetta->Top(), top + 20);
+    s.f().cmdPlay_MouseMove(); // stays shifted
+    EXPECT_EQ(s.f().imgDetta->Top(), top + 20);
+    s.f().Form_MouseMove(); // the bare window brings it back
+    EXPECT_EQ(s.f().imgDetta->Top(), top);
+}
+
+TEST(Hover, AfterAnOpenThePauseButtonShowsUntilTheMouseMovesOverTheWindow)
+{
+    Started s;
+    s.f().ApriMedia(s.app.mediaFile());
+    s.f().cmdPlay_Click(); // paused
+    s.app.advance(100);
+    EXPECT_TRUE(s.f().cmdPlay->pictureFile().endsWith(QStringLiteral("pause.jpg")));
+    s.f().Form_MouseMove();
+    s.f().cmdPlay_Click();
+    s.f().cmdPlay_Click();
+    EXPECT_TRUE(s.f().cmdPlay->pictureFile().endsWith(QStringLiteral("play.jpg")));
+}
+
+TEST(VolumeAndSeekBars, ClicksAtTheEndsOfTheBarsGiveTheLimits)
+{
+    Started s;
+    s.f().Image2_MouseUp(1, 0);
+    EXPECT_EQ(s.f().Image1->Top(), s.f().Image2->Top());
+    EXPECT_EQ(s.f().Label5->Caption(), QStringLiteral(" 100%"));
+    EXPECT_EQ(s.app.player->volume(), 100);
+    s.f().Image2_MouseUp(1, 1200);
+    EXPECT_EQ(s.f().Image1->Top(), 1365);
+    EXPECT_EQ(s.f().Label5->Caption(), QStringLiteral(" 0%"));
+    EXPECT_EQ(s.app.player->volume(), 0);
+    s.f().Salva();
+    EXPECT_EQ(s.app.folder.settingsLines().value(1), QStringLiteral("0"));
+    EXPECT_EQ(s.app.folder.settingsLines().value(2), QStringLiteral("1365"));
+    // The fade runs back to white in 18 ticks and stops.
+    s.app.advance(1800);
+    EXPECT_EQ(s.f().Timer3->interval(), 0);
+    EXPECT_EQ(s.f().FadeVolume, -15);
+}
+
+TEST(VolumeAndSeekBars, AClickOnThePositionBarSeeksAndAPausedPlayerStaysPausedSteppedBack)
+{
+    Started s;
+    s.app.player->clearLog();
+    s.f().Label2_MouseUp(100); // no media: nothing happens
+    EXPECT_TRUE(s.app.player->log.isEmpty());
+    s.f().ApriMedia(s.app.mediaFile(QStringLiteral("a.wav"), 180));
+    s.app.ctx().SecIndietro = 3;
+    const int width = s.f().Label2->Width();
+    s.f().Label2_MouseUp(width / 2);
+    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), std::floor(180.0 * (width / 2) / width));
+    EXPECT_EQ(s.f().cmdPlay->Tag, s.app.ctx().Lingua(8)); // playing: no step back
+    s.f().cmdPlay_Click();
+    s.f().Label2_MouseUp(width);
+    EXPECT_EQ(s.f().cmdPlay->Tag, s.app.ctx().Lingua(7));
+    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 177.0);
+    s.f().Label2_MouseUp(0);
+    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 0.0);
 }

@@ -1,0 +1,18 @@
+#!/bin/sh
+# Runs every benchmark and prints its figures. Benchmarks that need a
+# display run under Xvfb.
+set -u
+BUILD="${1:-build}"
+export DBUS_SESSION_BUS_ADDRESS=disabled:
+export QM_AUDIO_OUTPUT=null
+for bench in "$BUILD"/bench/*; do
+    [ -x "$bench" ] && [ -f "$bench" ] || continue
+    case "$(basename "$bench")" in
+        bare_window) continue ;;
+    esac
+    echo "== $(basename "$bench")"
+    case "$(basename "$bench")" in
+        startup_bench) xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
+        *) QT_QPA_PLATFORM=offscreen "$bench" ;;
+    esac
+done
