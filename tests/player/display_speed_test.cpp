@@ -188,9 +188,13 @@ TEST(VolumeAndSeekBars, AClickOnThePositionBarSeeksAndAPausedPlayerStaysPausedSt
     EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), std::floor(180.0 * (width / 2) / width));
     EXPECT_EQ(s.f().cmdPlay->Tag, s.app.ctx().Lingua(8)); // playing: no step back
     s.f().cmdPlay_Click();
-    s.f().Label2_MouseUp(width);
+    s.f().Label2_MouseUp(width / 3);
     EXPECT_EQ(s.f().cmdPlay->Tag, s.app.ctx().Lingua(7));
-    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 177.0);
+    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), std::floor(180.0 * (width / 3) / width) - 3);
+    // At the very end the whole length is asked for.
+    s.app.player->clearLog();
+    s.f().Label2_MouseUp(width);
+    EXPECT_EQ(s.app.player->log.value(0), QStringLiteral("seek 180"));
     s.f().Label2_MouseUp(0);
     EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 0.0);
 }
