@@ -1,26 +1,15 @@
 // The yardstick: a plain Qt window of the player's size that reports its
 // first paint and its memory the way the program does under the benchmark.
 
+#include "platform/ProcessInfo.h"
+
 #include <QApplication>
-#include <QFile>
 #include <QPainter>
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
 
 namespace {
-
-long residentKb()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLong();
-    }
-    return -1;
-}
 
 class Window : public QWidget
 {
@@ -34,7 +23,7 @@ protected:
         std::printf("first-paint\n");
         std::fflush(stdout);
         QTimer::singleShot(1000, qApp, [] {
-            std::printf("rss-kb %ld\n", residentKb());
+            std::printf("rss-kb %ld\n", residentMemoryKb());
             std::fflush(stdout);
             QCoreApplication::exit(0);
         });

@@ -3,11 +3,33 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QMouseEvent>
+#include <QWidget>
+#include <algorithm>
 
 void TwipsPlacement::apply()
 {
     m_widget->setGeometry(Twips::toPixels(m_left), Twips::toPixels(m_top),
                           Twips::toPixels(m_width), Twips::toPixels(m_height));
+}
+
+int WindowTwips::Left() const { return Twips::fromPixels(m_window->x()); }
+int WindowTwips::Top() const { return Twips::fromPixels(m_window->y()); }
+int WindowTwips::Width() const { return Twips::fromPixels(m_window->frameGeometry().width()); }
+int WindowTwips::Height() const { return Twips::fromPixels(m_window->frameGeometry().height()); }
+void WindowTwips::setLeft(int twips) { m_window->move(Twips::toPixels(twips), m_window->y()); }
+void WindowTwips::setTop(int twips) { m_window->move(m_window->x(), Twips::toPixels(twips)); }
+
+void WindowTwips::setWidth(int twips)
+{
+    // The frame is part of the width the program computes with.
+    const int frame = m_window->frameGeometry().width() - m_window->width();
+    m_window->resize(std::max(0, Twips::toPixels(twips) - frame), m_window->height());
+}
+
+void WindowTwips::setHeight(int twips)
+{
+    const int frame = m_window->frameGeometry().height() - m_window->height();
+    m_window->resize(m_window->width(), std::max(0, Twips::toPixels(twips) - frame));
 }
 
 PictureBox::PictureBox(QWidget *parent) : QLabel(parent), TwipsPlacement(this)

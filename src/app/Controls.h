@@ -49,6 +49,26 @@ private:
     int m_height = 0;
 };
 
+// The geometry of a top-level window in twips: its outer frame, as the
+// program places its windows relative to one another and to the screen.
+class WindowTwips
+{
+public:
+    explicit WindowTwips(QWidget *window) : m_window(window) {}
+
+    int Left() const;
+    int Top() const;
+    int Width() const;
+    int Height() const;
+    void setLeft(int twips);
+    void setTop(int twips);
+    void setWidth(int twips);
+    void setHeight(int twips);
+
+private:
+    QWidget *m_window;
+};
+
 // A picture on a window, loaded from a file whenever the look changes. A
 // missing or unreadable file leaves the old picture, as the program expects
 // of its skin. With a click handler it is a picture button.

@@ -2,11 +2,11 @@
 
 #include "app/AppContext.h"
 #include "platform/LazyPlayer.h"
+#include "platform/ProcessInfo.h"
 #include "platform/QtServices.h"
 #include "player/Form1.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QIcon>
 #include <QTimer>
 #include <clocale>
@@ -38,18 +38,6 @@ QString commandLineOf(const QStringList &arguments)
     return args.join(u' ');
 }
 
-// Resident memory of this process in kB, from the kernel's status file.
-long residentKb()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLong();
-    }
-    return -1;
-}
 
 } // namespace
 
@@ -96,7 +84,7 @@ int main(int argc, char **argv)
             std::printf("first-paint\n");
             std::fflush(stdout);
             QTimer::singleShot(1000, qApp, [] {
-                std::printf("rss-kb %ld\n", residentKb());
+                std::printf("rss-kb %ld\n", residentMemoryKb());
                 std::fflush(stdout);
                 QCoreApplication::exit(0);
             });

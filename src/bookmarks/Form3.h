@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Controls.h"
+
 #include <QWidget>
 
 class AppContext;
@@ -7,7 +9,7 @@ class QListWidget;
 
 // The bookmark window: the visible list of marks and the hidden list of the
 // file's lines behind it.
-class Form3 : public QWidget
+class Form3 : public QWidget, public WindowTwips
 {
 public:
     explicit Form3(AppContext &ctx);
@@ -16,13 +18,4 @@ public:
     AppContext &ctx;
     QListWidget *List1 = nullptr; // shown rows: time, two blanks, name
     QListWidget *List2 = nullptr; // the same rows as kept in the file, hidden
-
-    int Left() const;
-    int Top() const;
-    int Width() const;
-    int Height() const;
-    void setLeft(int twips);
-    void setTop(int twips);
-    void setWidth(int twips);
-    void setHeight(int twips);
 };

@@ -8,27 +8,13 @@
 
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <algorithm>
 #include <limits>
-
-// Qt reports one edit as several content changes (a typed character over a
-// selection is a removal and an insertion). Everything done inside a scope
-// raises Change once, when the outermost scope ends.
-class EditScope
-{
-public:
-    explicit EditScope(RichTextBox &box) : m_box(box) { ++m_box.m_editDepth; }
-    ~EditScope() { m_box.endEdit(); }
-    EditScope(const EditScope &) = delete;
-    EditScope &operator=(const EditScope &) = delete;
-
-private:
-    RichTextBox &m_box;
-};
 
 namespace {
 
@@ -272,22 +258,27 @@ void RichTextBox::setSelRTF(const QString &rtf)
 {
     EditScope scope(*this);
     QTextCursor c = textCursor();
-    // The text outside the selection stays, whatever the reader does inside.
-    const int tailPositions = document()->characterCount() - 1 - c.selectionEnd();
-    const qint32 head = unitsOf(c.selectionStart());
-    const qint32 tail = textLength() - unitsOf(c.selectionEnd());
-    bool latin1 = std::all_of(rtf.cbegin(), rtf.cend(), [](QChar ch) { return ch.unicode() < 256; });
+    const bool latin1 = std::all_of(rtf.cbegin(), rtf.cend(), [](QChar ch) { return ch.unicode() < 256; });
     const QByteArray bytes = latin1 ? rtf.toLatin1() : rtf.toUtf8();
-    if (Rtf::looksLikeRtf(bytes)) {
-        Rtf::insert(c, bytes);
-        m_unchanged.head = std::min(m_unchanged.head, head);
-        m_unchanged.tail = std::min(m_unchanged.tail, tail);
-        m_changePending = true;
-        c.setPosition(std::max(0, document()->characterCount() - 1 - tailPositions));
-    } else {
+    if (Rtf::looksLikeRtf(bytes))
+        insertRtf(c, bytes);
+    else
         insertPlain(c, rtf);
-    }
     setTextCursor(c);
+}
+
+void RichTextBox::insertRtf(QTextCursor &cursor, const QByteArray &rtf)
+{
+    // The text outside the selection stays whatever the reader does inside
+    // it, and the caret goes behind what came in.
+    const int tailPositions = document()->characterCount() - 1 - cursor.selectionEnd();
+    const qint32 head = unitsOf(cursor.selectionStart());
+    const qint32 tail = textLength() - unitsOf(cursor.selectionEnd());
+    Rtf::insert(cursor, rtf);
+    m_unchanged.head = std::min(m_unchanged.head, head);
+    m_unchanged.tail = std::min(m_unchanged.tail, tail);
+    m_changePending = true;
+    cursor.setPosition(std::max(0, document()->characterCount() - 1 - tailPositions));
 }
 
 // --- Change ---------------------------------------------------------------
@@ -530,18 +521,10 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
     EditScope scope(*this);
     QTextCursor c = textCursor();
     const QByteArray rtf = source->data(RtfMime);
-    if (!rtf.isEmpty() && Rtf::looksLikeRtf(rtf)) {
-        const int tailPositions = document()->characterCount() - 1 - c.selectionEnd();
-        const qint32 head = unitsOf(c.selectionStart());
-        const qint32 tail = textLength() - unitsOf(c.selectionEnd());
-        Rtf::insert(c, rtf);
-        m_unchanged.head = std::min(m_unchanged.head, head);
-        m_unchanged.tail = std::min(m_unchanged.tail, tail);
-        m_changePending = true;
-        c.setPosition(std::max(0, document()->characterCount() - 1 - tailPositions));
-    } else if (source->hasText()) {
+    if (!rtf.isEmpty() && Rtf::looksLikeRtf(rtf))
+        insertRtf(c, rtf);
+    else if (source->hasText())
         insertPlain(c, source->text());
-    }
     setTextCursor(c);
     ensureCursorVisible();
 }

@@ -109,14 +109,41 @@ protected:
     void insertFromMimeData(const QMimeData *source) override;
 
 private:
-    friend class EditScope;
-    friend class FormatScope;
+    // Qt reports one edit as several content changes (a character typed
+    // over a selection is a removal and an insertion). Everything done
+    // inside a scope raises Change once, when the outermost scope ends.
+    class EditScope
+    {
+    public:
+        explicit EditScope(RichTextBox &box) : m_box(box) { ++m_box.m_editDepth; }
+        ~EditScope() { m_box.endEdit(); }
+        EditScope(const EditScope &) = delete;
+        EditScope &operator=(const EditScope &) = delete;
+
+    private:
+        RichTextBox &m_box;
+    };
+
+    // Format commands change no character: the content changes Qt reports
+    // while one runs raise no Change and so make no undo record.
+    class FormatScope
+    {
+    public:
+        explicit FormatScope(RichTextBox &box) : m_box(box) { ++m_box.m_formatDepth; }
+        ~FormatScope() { --m_box.m_formatDepth; }
+        FormatScope(const FormatScope &) = delete;
+        FormatScope &operator=(const FormatScope &) = delete;
+
+    private:
+        RichTextBox &m_box;
+    };
 
     // Document positions and the control's units.
     qint32 unitsOf(int position) const;
     int positionOf(qint32 units, bool roundUp) const;
     static QString unitsText(QStringView raw);
     static void insertPlain(QTextCursor &cursor, const QString &text);
+    void insertRtf(QTextCursor &cursor, const QByteArray &rtf);
     std::optional<bool> charFlag(const std::function<bool(const QTextCharFormat &)> &test) const;
     template <typename T>
     std::optional<T> charValue(const std::function<T(const QTextCharFormat &)> &get) const;

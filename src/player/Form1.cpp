@@ -14,6 +14,7 @@
 
 Form1::Form1(AppContext &context)
     : QMainWindow(nullptr)
+    , WindowTwips(this)
     , ctx(context)
     , WMP1(context.player())
 {
@@ -250,13 +251,6 @@ void Form1::wireTimers()
     TimerKey->setInterval(150);
     TimerKey->onTimeout = [] {};
 }
-
-int Form1::Left() const { return Twips::fromPixels(x()); }
-int Form1::Top() const { return Twips::fromPixels(y()); }
-int Form1::Width() const { return Twips::fromPixels(frameGeometry().width()); }
-int Form1::Height() const { return Twips::fromPixels(frameGeometry().height()); }
-void Form1::setLeft(int twips) { move(Twips::toPixels(twips), y()); }
-void Form1::setTop(int twips) { move(x(), Twips::toPixels(twips)); }
 
 void Form1::setWindowPosTopmost(bool topmost)
 {

@@ -21,7 +21,7 @@ class QMimeData;
 // Routine bodies live in files by concern: start-up and exit (app/), the
 // media session, transport, display, speed and drop (player/), smart play,
 // the timed cycle and the keys (dictation/), the language (lang/).
-class Form1 : public QMainWindow
+class Form1 : public QMainWindow, public WindowTwips
 {
 public:
     explicit Form1(AppContext &ctx);
@@ -119,14 +119,6 @@ public:
     float DragY = 0;
     qint16 FadeVolume = -15;
 
-    // Window geometry in twips (outer frame), as the start-up and the
-    // placement of the editor compute it.
-    int Left() const;
-    int Top() const;
-    int Width() const;
-    int Height() const;
-    void setLeft(int twips);
-    void setTop(int twips);
     // The stay-on-top switch with a move to the pixel (50, 50).
     void setWindowPosTopmost(bool topmost);
 

@@ -1,0 +1,280 @@
+// The rich-text control: character and paragraph formats, files, search.
+
+#include "editor/RTB.h"
+
+#include "editor/rtf/Rtf.h"
+#include "platform/TextFile.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextList>
+
+namespace {
+
+// Calls `visit` with the format of every piece of text in the selection.
+template <typename Visit>
+void forEachCharFormat(const QTextDocument *doc, int start, int end, Visit visit)
+{
+    for (QTextBlock block = doc->findBlock(start); block.isValid() && block.position() < end; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.position() + fragment.length() <= start || fragment.position() >= end)
+                continue;
+            visit(fragment.charFormat());
+        }
+    }
+}
+
+bool isBullet(const QTextBlock &block)
+{
+    const QTextList *list = block.textList();
+    return list && list->format().style() == QTextListFormat::ListDisc;
+}
+
+} // namespace
+
+template <typename T>
+std::optional<T> RichTextBox::charValue(const std::function<T(const QTextCharFormat &)> &get) const
+{
+    const QTextCursor c = textCursor();
+    if (!c.hasSelection())
+        return get(currentCharFormat());
+    std::optional<T> value;
+    bool mixed = false;
+    forEachCharFormat(document(), c.selectionStart(), c.selectionEnd(), [&](const QTextCharFormat &format) {
+        const T v = get(format);
+        if (!value)
+            value = v;
+        else if (!(*value == v))
+            mixed = true;
+    });
+    if (mixed)
+        return std::nullopt;
+    if (!value)
+        return get(c.charFormat());
+    return value;
+}
+
+std::optional<bool> RichTextBox::charFlag(const std::function<bool(const QTextCharFormat &)> &test) const
+{
+    return charValue<bool>(test);
+}
+
+void RichTextBox::mergeFormat(const QTextCharFormat &format)
+{
+    FormatScope scope(*this);
+    // With a selection it changes the selection; at a caret, what is typed next.
+    mergeCurrentCharFormat(format);
+}
+
+std::optional<QString> RichTextBox::SelFontName() const
+{
+    const QString fallback = document()->defaultFont().family();
+    return charValue<QString>([&fallback](const QTextCharFormat &f) {
+        return f.hasProperty(QTextFormat::FontFamilies) ? f.font().family() : fallback;
+    });
+}
+
+void RichTextBox::setSelFontName(const QString &name)
+{
+    QTextCharFormat f;
+    f.setFontFamilies({name});
+    mergeFormat(f);
+}
+
+std::optional<double> RichTextBox::SelFontSize() const
+{
+    const double fallback = document()->defaultFont().pointSizeF();
+    return charValue<double>([fallback](const QTextCharFormat &f) {
+        return f.hasProperty(QTextFormat::FontPointSize) ? f.fontPointSize() : fallback;
+    });
+}
+
+void RichTextBox::setSelFontSize(double points)
+{
+    // The control refuses a size it cannot show; the command then does nothing.
+    if (!(points > 0 && points <= 1638))
+        return;
+    QTextCharFormat f;
+    f.setFontPointSize(points);
+    mergeFormat(f);
+}
+
+std::optional<QColor> RichTextBox::SelColor() const
+{
+    const QColor fallback = palette().color(QPalette::Text);
+    return charValue<QColor>([&fallback](const QTextCharFormat &f) {
+        return f.hasProperty(QTextFormat::ForegroundBrush) ? f.foreground().color() : fallback;
+    });
+}
+
+void RichTextBox::setSelColor(const QColor &color)
+{
+    QTextCharFormat f;
+    f.setForeground(color);
+    mergeFormat(f);
+}
+
+std::optional<bool> RichTextBox::SelBold() const
+{
+    return charFlag([](const QTextCharFormat &f) { return f.fontWeight() > QFont::Normal; });
+}
+
+void RichTextBox::setSelBold(bool on)
+{
+    QTextCharFormat f;
+    f.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    mergeFormat(f);
+}
+
+std::optional<bool> RichTextBox::SelItalic() const
+{
+    return charFlag([](const QTextCharFormat &f) { return f.fontItalic(); });
+}
+
+void RichTextBox::setSelItalic(bool on)
+{
+    QTextCharFormat f;
+    f.setFontItalic(on);
+    mergeFormat(f);
+}
+
+std::optional<bool> RichTextBox::SelUnderline() const
+{
+    return charFlag([](const QTextCharFormat &f) { return f.fontUnderline(); });
+}
+
+void RichTextBox::setSelUnderline(bool on)
+{
+    QTextCharFormat f;
+    f.setFontUnderline(on);
+    mergeFormat(f);
+}
+
+std::optional<bool> RichTextBox::SelStrikeThru() const
+{
+    return charFlag([](const QTextCharFormat &f) { return f.fontStrikeOut(); });
+}
+
+void RichTextBox::setSelStrikeThru(bool on)
+{
+    QTextCharFormat f;
+    f.setFontStrikeOut(on);
+    mergeFormat(f);
+}
+
+std::optional<bool> RichTextBox::SelBullet() const
+{
+    const QTextCursor c = textCursor();
+    std::optional<bool> value;
+    for (QTextBlock b = document()->findBlock(c.selectionStart()); b.isValid(); b = b.next()) {
+        const bool on = isBullet(b);
+        if (value && *value != on)
+            return std::nullopt;
+        value = on;
+        if (b.contains(c.selectionEnd()))
+            break;
+    }
+    return value.value_or(false);
+}
+
+void RichTextBox::setSelBullet(bool on)
+{
+    FormatScope scope(*this);
+    QTextCursor c = textCursor();
+    if (on) {
+        if (SelBullet() != std::optional<bool>(true))
+            c.createList(QTextListFormat::ListDisc);
+        return;
+    }
+    for (QTextBlock b = document()->findBlock(c.selectionStart()); b.isValid(); b = b.next()) {
+        if (QTextList *list = b.textList())
+            list->remove(b);
+        QTextCursor at(b);
+        QTextBlockFormat format = b.blockFormat();
+        format.setIndent(0);
+        at.setBlockFormat(format);
+        if (b.contains(c.selectionEnd()))
+            break;
+    }
+}
+
+void RichTextBox::setSelAlignment(int alignment)
+{
+    FormatScope scope(*this);
+    switch (alignment) {
+    case 0:
+        setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+        break;
+    case 1:
+        setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+        break;
+    case 2:
+        setAlignment(Qt::AlignHCenter);
+        break;
+    default:
+        break;
+    }
+}
+
+// --- Files -------------------------------------------------------------------
+
+bool RichTextBox::LoadFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return false;
+
+    EditScope scope(*this);
+    wholeTextChanged();
+    if (Rtf::looksLikeRtf(bytes)) {
+        Rtf::load(*document(), bytes);
+    } else {
+        QTextCursor c(document());
+        c.select(QTextCursor::Document);
+        c.removeSelectedText();
+        c.setBlockFormat(QTextBlockFormat());
+        c.setCharFormat(QTextCharFormat());
+        insertPlain(c, TextFile::decode(bytes));
+    }
+    QTextCursor start(document());
+    setTextCursor(start);
+    return true;
+}
+
+bool RichTextBox::SaveFile(const QString &path)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    const QByteArray rtf = Rtf::fromDocument(*document());
+    if (file.write(rtf) != rtf.size()) {
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}
+
+qint32 RichTextBox::Find(const QString &text, qint32 start, int options)
+{
+    if (text.isEmpty())
+        return -1;
+    QTextDocument::FindFlags flags;
+    if (options & 2)
+        flags |= QTextDocument::FindWholeWords;
+    if (options & 4)
+        flags |= QTextDocument::FindCaseSensitively;
+    const qint32 from = start < 0 ? SelStart() : start;
+    const QTextCursor hit = document()->find(text, positionOf(from, false), flags);
+    if (hit.isNull())
+        return -1;
+    if (!(options & 8))
+        setTextCursor(hit);
+    return unitsOf(hit.selectionStart());
+}
