@@ -1,17 +1,36 @@
 #pragma once
 
 #include "app/Controls.h"
+#include "editor/RTB.h"
 #include "platform/Timer.h"
 
+#include <QAbstractButton>
 #include <QMainWindow>
+#include <array>
 #include <memory>
 
 class AppContext;
 class QAction;
 class QMenu;
-class QTextEdit;
 
-// The transcription editor window.
+// A hot area of the toolbar: an invisible button laid over the toolbar
+// picture, which carries the icons.
+class ToolbarButton : public QAbstractButton, public TwipsPlacement
+{
+public:
+    explicit ToolbarButton(QWidget *parent) : QAbstractButton(parent), TwipsPlacement(this) {}
+
+protected:
+    void paintEvent(QPaintEvent *) override {}
+};
+
+// The transcription editor window: one rich-text document, its commands,
+// the keys that drive the player from the text, the clipboard in two forms
+// and the editor's own undo.
+//
+// Routine bodies live in files by concern: the window and its language
+// (Form2.cpp), the document commands (Document.cpp), the events of the text
+// and the clipboard (EditorEvents.cpp).
 class Form2 : public QMainWindow
 {
 public:
@@ -20,12 +39,46 @@ public:
 
     AppContext &ctx;
 
-    QTextEdit *RTB = nullptr;
-    QAction *mnuTimeStamp = nullptr;
+    // --- Controls ---------------------------------------------------------
+    RichTextBox *RTB = nullptr;
+    CaptionLabel *Label1 = nullptr;  // the frame round the text
+    PictureBox *Image1 = nullptr;    // the toolbar picture
+    CaptionLabel *Line1 = nullptr;   // the rule under the toolbar
+    std::array<ToolbarButton *, 17> Label2 = {};
+    std::array<CaptionLabel *, 4> Label3 = {}; // letters over the style buttons
+    std::unique_ptr<Timer> Timer1;   // clipboard form swap
+
+    // --- Menus -------------------------------------------------------------
+    QMenu *mnuFile = nullptr;
+    QAction *mnuNuovo = nullptr;
+    QAction *mnuApri = nullptr;
+    QAction *mnuSalva = nullptr;
+    QAction *mnuSalvaConNome = nullptr;
     QAction *mnuRecent[4] = {};
     QAction *mnur = nullptr;
+    QAction *mnuStampa = nullptr;
+    QMenu *mnuModifica = nullptr;
+    QAction *mnuAnnulla = nullptr;
+    QAction *mnuRipeti = nullptr;
+    QAction *mnuTaglia = nullptr;
+    QAction *mnuCopia = nullptr;
+    QAction *mnuIncolla = nullptr;
+    QAction *mnuSelezionaTutto = nullptr;
+    QAction *mnuTrova = nullptr;
+    QAction *mnuSostituisci = nullptr;
+    QMenu *mnuStrumenti = nullptr;
+    QAction *mnuOrtografia = nullptr;
+    QAction *mnuTimeStamp = nullptr; // a command on the menu bar itself
 
-    // Geometry in twips (outer frame).
+    // --- Clipboard state -----------------------------------------------------
+    // The two forms of the last copy or cut (kept in the font boxes' hidden
+    // Tag texts by the original design): RTF source and plain text.
+    QString clipRtf;
+    QString clipPlain;
+    // True while the clipboard is taken to hold the RTF form.
+    bool ClipRtfOn = false;
+
+    // --- Geometry in twips (outer frame) ----------------------------------------
     int Left() const;
     int Top() const;
     int Width() const;
@@ -35,11 +88,60 @@ public:
     void setWidth(int twips);
     void setHeight(int twips);
 
-    void SetFocus();
+    // --- Window (Form2.cpp) -------------------------------------------------------
     void Form_Load();
+    void Form_Resize();
+    void Form_KeyDown(int &KeyCode, int &Shift);
     void CambiaLingua2();
-    void Label2_Click(int Index);
-    void mnuSalvaConNome_Click();
-    void SalvaFilesRecenti(const QString &path);
+    void SetFocus();
     QString Text() const;
+
+    // --- Document (Document.cpp) --------------------------------------------------
+    void Label2_Click(int Index);
+    void mnuNuovo_Click() { Label2_Click(0); }
+    void mnuApri_Click() { Label2_Click(1); }
+    void mnuSalva_Click() { Label2_Click(2); }
+    void mnuStampa_Click() { Label2_Click(3); }
+    void mnuSalvaConNome_Click();
+    void ApriDocumento(const QString &path);
+    void SalvaFilesRecenti(const QString &path);
+    void mnuRecent_Click(int index); // 0..3
+    void mnuSelezionaTutto_Click();
+    // Find and replace are not there yet.
+    void mnuTrova_Click() {}
+    void mnuSostituisci_Click() {}
+    // Printing and the colour picker are not there yet.
+    void Stampa() {}
+    void ShowColor() {}
+
+    // --- Events, clipboard, undo (EditorEvents.cpp) -----------------------------------
+    void RTB_Change();
+    void RTB_KeyDown(int &KeyCode, int &Shift);
+    void RTB_KeyUp(int &KeyCode, int &Shift);
+    void RTB_MouseDown(int Button, int Shift, int X, int Y);
+    void RTB_LostFocus();
+    void mnuCopia_Click();
+    void mnuTaglia_Click();
+    void mnuIncolla_Click();
+    void Timer1_Timer();
+    void mnuTimeStamp_Click();
+    void mnuAnnulla_Click();
+    void mnuRipeti_Click();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void buildControls();
+    void buildMenus();
+    // The question before New and Open; false when the user cancels.
+    bool askToSaveChanges();
+    // The filter of the editor's dialogs and its default extension, chosen
+    // by the first entry of the recent list.
+    QString dialogFilter(QString &defaultExtension) const;
+    // The caption with the name behind the last '/' of `path`; kept as it
+    // is when there is none.
+    void showDocumentName(const QString &path);
 };

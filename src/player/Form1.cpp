@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -28,6 +29,8 @@ Form1::Form1(AppContext &context)
     buildSkin();
     buildMenus();
     wireTimers();
+    // The skin has one size; the window is as large as the skin and its menu.
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 Form1::~Form1() = default;

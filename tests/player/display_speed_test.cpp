@@ -4,6 +4,7 @@
 
 #include "player/Form1.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -197,4 +198,27 @@ TEST(VolumeAndSeekBars, AClickOnThePositionBarSeeksAndAPausedPlayerStaysPausedSt
     EXPECT_EQ(s.app.player->log.value(0), QStringLiteral("seek 180"));
     s.f().Label2_MouseUp(0);
     EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 0.0);
+}
+
+TEST(Accessibility, EveryControlOfThePlayerThatTakesTheMouseHasAName)
+{
+    Started s;
+    s.f().ApriMedia(s.app.mediaFile());
+    int checked = 0;
+    for (PictureBox *box : s.f().findChildren<PictureBox *>()) {
+        if (!box->onClick && !box->onMouseUp && !box->onMouseDown)
+            continue;
+        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(box);
+        ASSERT_NE(a, nullptr);
+        EXPECT_FALSE(a->text(QAccessible::Name).trimmed().isEmpty()) << box->objectName().toStdString();
+        ++checked;
+    }
+    for (CaptionLabel *label : s.f().findChildren<CaptionLabel *>()) {
+        if (!label->onMouseUp && !label->onClick)
+            continue;
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name).isEmpty())
+            << label->objectName().toStdString();
+        ++checked;
+    }
+    EXPECT_GE(checked, 10);
 }

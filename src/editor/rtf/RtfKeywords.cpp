@@ -49,7 +49,7 @@ constexpr Entry Entries[] = {
     {"objdata", Kw::SkipDestination}, {"objclass", Kw::SkipDestination},
     {"objname", Kw::SkipDestination}, {"fchars", Kw::SkipDestination},
     {"lchars", Kw::SkipDestination}, {"comment", Kw::SkipDestination},
-    {"upr", Kw::SkipDestination}, {"panose", Kw::SkipDestination},
+    {"panose", Kw::SkipDestination},
     {"falt", Kw::SkipDestination},
 
     {"par", Kw::Par}, {"line", Kw::Line}, {"tab", Kw::Tab}, {"emdash", Kw::EmDash},
