@@ -31,6 +31,7 @@ Form1::Form1(AppContext &context)
     wireTimers();
     // The skin has one size; the window is as large as the skin and its menu.
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    adjustSize();
 }
 
 Form1::~Form1() = default;
