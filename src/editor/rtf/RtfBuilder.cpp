@@ -13,6 +13,7 @@ DocumentBuilder::DocumentBuilder(QTextCursor &cursor, bool wholeDocument)
     if (!wholeDocument) {
         m_tailBlock = cursor.blockFormat();
         m_tailChar = cursor.block().charFormat();
+        m_intoEmptyParagraph = cursor.block().length() == 1;
     }
 }
 
@@ -66,7 +67,6 @@ void DocumentBuilder::endParagraph(const QTextBlockFormat &block, const ListRequ
     openPendingParagraph();
     formatCurrentBlock(block, list, mark);
     m_pending = true;
-    m_sawParagraphEnd = true;
 }
 
 void DocumentBuilder::finish(const QTextBlockFormat &block, const ListRequest &list,
@@ -80,6 +80,11 @@ void DocumentBuilder::finish(const QTextBlockFormat &block, const ListRequest &l
         m_pending = false;
         return;
     }
+    // The last paragraph, unended, runs on into the text behind the cursor
+    // and takes its format, unless it lands in an empty paragraph: there it
+    // brings its own, as a whole paragraph copied would.
+    if (!m_pending && m_intoEmptyParagraph && m_cursor.block().length() > 1)
+        formatCurrentBlock(block, list, mark);
     openPendingParagraph();
 }
 

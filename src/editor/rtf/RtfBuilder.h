@@ -50,7 +50,7 @@ private:
     QFont m_defaultFont;
     bool m_whole;
     bool m_pending = false;
-    bool m_sawParagraphEnd = false;
+    bool m_intoEmptyParagraph = false;
     // The format that the text behind the insertion point keeps.
     QTextBlockFormat m_tailBlock;
     QTextCharFormat m_tailChar;

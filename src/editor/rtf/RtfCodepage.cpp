@@ -152,7 +152,7 @@ void CodepageDecoder::feed(int codepage, unsigned char byte, QString &out)
         return;
     }
     if (!m_waiting && byte < 0x80) {
-        out.append(QChar(byte));
+        out.append(QChar(char16_t(byte)));
         return;
     }
     const char c = char(byte);
@@ -168,10 +168,7 @@ void CodepageDecoder::flush(QString &out)
         return;
     m_waiting = false;
     out.append(QChar(QChar::ReplacementCharacter));
-    if (m_multiCodepage) {
-        const Named *n = named(m_multiCodepage);
-        m_multi = QStringDecoder(n->name);
-    }
+    m_multi.resetState();
 }
 
 unsigned char cp1252Byte(char16_t c)

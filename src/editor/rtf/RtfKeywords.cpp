@@ -73,6 +73,9 @@ constexpr Entry Entries[] = {
     {"f", Kw::Font}, {"fs", Kw::FontSize}, {"cf", Kw::Color}, {"cb", Kw::Background},
     {"chcbpat", Kw::Background}, {"highlight", Kw::Background}, {"super", Kw::Super},
     {"sub", Kw::Sub}, {"nosupersub", Kw::NoSuperSub}, {"v", Kw::Hidden},
+    {"loch", Kw::LowChars}, {"hich", Kw::LowChars}, {"ltrch", Kw::LowChars},
+    {"rtlch", Kw::LowChars}, {"dbch", Kw::DoubleByteChars}, {"af", Kw::AssocFont},
+    {"afs", Kw::AssocFontSize},
 
     {"pard", Kw::Pard}, {"ql", Kw::AlignLeft}, {"qc", Kw::AlignCenter},
     {"qr", Kw::AlignRight}, {"qj", Kw::AlignJustify}, {"qd", Kw::AlignJustify},

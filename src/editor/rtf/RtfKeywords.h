@@ -19,7 +19,8 @@ enum class Kw {
     // Character formatting.
     Plain, Bold, Italic, Underline, UnderlineNone, UnderlineDotted, UnderlineDash,
     UnderlineDashDot, UnderlineDashDotDot, UnderlineWave, Strike, Font, FontSize,
-    Color, Background, Super, Sub, NoSuperSub, Hidden,
+    Color, Background, Super, Sub, NoSuperSub, Hidden, LowChars, DoubleByteChars,
+    AssocFont, AssocFontSize,
     // Paragraph formatting.
     Pard, AlignLeft, AlignCenter, AlignRight, AlignJustify, LeftIndent, RightIndent,
     FirstIndent, SpaceBefore, SpaceAfter, ListOverrideIndex, ListLevelIndex,

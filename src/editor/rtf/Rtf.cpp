@@ -1,0 +1,77 @@
+#include "editor/rtf/Rtf.h"
+
+#include "editor/rtf/RtfBuilder.h"
+#include "editor/rtf/RtfReader.h"
+#include "editor/rtf/RtfWriter.h"
+#include "platform/TextFile.h"
+
+#include <QTextCursor>
+#include <QTextDocument>
+
+namespace Rtf {
+
+bool looksLikeRtf(const QByteArray &data)
+{
+    return data.startsWith("{\\rtf");
+}
+
+QByteArray fromDocument(const QTextDocument &doc)
+{
+    return detail::write(doc, 0, doc.characterCount());
+}
+
+QByteArray fromSelection(const QTextCursor &cursor)
+{
+    if (!cursor.document()) {
+        const QTextDocument empty;
+        return detail::write(empty, 0, 0);
+    }
+    return detail::write(*cursor.document(), cursor.selectionStart(), cursor.selectionEnd());
+}
+
+QString plainFallbackDecode(const QByteArray &data)
+{
+    QString text = TextFile::decode(data);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text;
+}
+
+void insert(QTextCursor &cursor, const QByteArray &data)
+{
+    if (!cursor.document())
+        return;
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    if (looksLikeRtf(data)) {
+        detail::DocumentBuilder builder(cursor, false);
+        detail::read(data, builder);
+    } else {
+        const QString text = plainFallbackDecode(data);
+        if (!text.isEmpty())
+            cursor.insertText(text);
+    }
+    cursor.endEditBlock();
+}
+
+void load(QTextDocument &doc, const QByteArray &data)
+{
+    // A loaded file is no edit to undo; recording it would only cost time.
+    const bool undo = doc.isUndoRedoEnabled();
+    doc.setUndoRedoEnabled(false);
+    doc.clear();
+    QTextCursor cursor(&doc);
+    cursor.beginEditBlock();
+    if (looksLikeRtf(data)) {
+        detail::DocumentBuilder builder(cursor, true);
+        detail::read(data, builder);
+    } else {
+        const QString text = plainFallbackDecode(data);
+        if (!text.isEmpty())
+            cursor.insertText(text);
+    }
+    cursor.endEditBlock();
+    doc.setUndoRedoEnabled(undo);
+}
+
+} // namespace Rtf

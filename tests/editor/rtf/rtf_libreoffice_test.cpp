@@ -1,0 +1,222 @@
+// Our RTF as a word processor reads it, and a word processor's RTF as we
+// read it: LibreOffice converts our file to text and to its own format and
+// back to RTF, and the text and the main formats must come through.
+#include "RtfTestSupport.h"
+#include "editor/rtf/Rtf.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTextCursor>
+#include <QUrl>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+// What a character looks like, whichever way the file states it.
+struct Look
+{
+    bool bold, italic, underline, strike;
+    QRgb colour;
+    QString family;
+    int halfPoints;
+    Qt::Alignment alignment;
+    int list; // list style, 0 for none
+
+    bool operator==(const Look &) const = default;
+};
+
+QString describeLook(const Look &l)
+{
+    return QStringLiteral("b%1 i%2 u%3 s%4 #%5 %6 %7hp align%8 list%9")
+        .arg(l.bold).arg(l.italic).arg(l.underline).arg(l.strike)
+        .arg(l.colour & 0xFFFFFF, 6, 16, QLatin1Char('0'))
+        .arg(l.family).arg(l.halfPoints).arg(int(l.alignment)).arg(l.list);
+}
+
+// The look of every character, as "char: look" lines, paragraphs and all.
+QString looks(const QTextDocument &doc)
+{
+    QString out;
+    for (QTextBlock b = doc.begin(); b.isValid(); b = b.next()) {
+        const Qt::Alignment a = b.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
+        const int list = b.textList() ? int(b.textList()->format().style()) : 0;
+        for (auto it = b.begin(); !it.atEnd(); ++it) {
+            const QTextFragment f = it.fragment();
+            const QTextCharFormat cf = f.charFormat();
+            const QFont font = cf.font().resolve(doc.defaultFont());
+            const Look look{cf.fontWeight() >= QFont::DemiBold,
+                            cf.fontItalic(),
+                            cf.underlineStyle() == QTextCharFormat::SingleUnderline,
+                            cf.fontStrikeOut(),
+                            cf.hasProperty(QTextFormat::ForegroundBrush) ? cf.foreground().color().rgb()
+                                                                         : QColor(Qt::black).rgb(),
+                            font.families().value(0, font.family()),
+                            qRound(font.pointSizeF() * 2),
+                            a == Qt::AlignLeading ? Qt::AlignLeft : a,
+                            list};
+            for (QChar c : f.text()) {
+                // A word processor gives East Asian characters a font of
+                // their own script, and the spaces between them may follow; only
+                // their other formats must match.
+                Look shown = look;
+                if (c.unicode() >= 0x2E80 || c.isSpace())
+                    shown.family = QStringLiteral("(East Asian font)");
+                out += c + QStringLiteral(": ") + describeLook(shown) + u'\n';
+            }
+        }
+        out += QStringLiteral("<paragraph end>\n");
+    }
+    return out;
+}
+
+QTextCharFormat charFormat(const std::function<void(QTextCharFormat &)> &set)
+{
+    QTextCharFormat f;
+    set(f);
+    return f;
+}
+
+// A document with every feature the editor's toolbar gives.
+void buildSample(QTextDocument &doc)
+{
+    doc.setDefaultFont(RtfTest::editorFont());
+    QTextCursor c(&doc);
+    c.insertText(QStringLiteral("Plain "));
+    c.insertText(QStringLiteral("bold "), charFormat([](auto &f) { f.setFontWeight(QFont::Bold); }));
+    c.insertText(QStringLiteral("italic "), charFormat([](auto &f) { f.setFontItalic(true); }));
+    c.insertText(QStringLiteral("under "),
+                 charFormat([](auto &f) { f.setUnderlineStyle(QTextCharFormat::SingleUnderline); }));
+    c.insertText(QStringLiteral("strike "), charFormat([](auto &f) { f.setFontStrikeOut(true); }));
+    c.insertText(QStringLiteral("red "), charFormat([](auto &f) { f.setForeground(QColor(200, 0, 0)); }));
+    c.insertText(QStringLiteral("Times 16"), charFormat([](auto &f) {
+                     f.setFontFamilies({QStringLiteral("Times New Roman")});
+                     f.setFontPointSize(16); }));
+    QTextBlockFormat centre;
+    centre.setAlignment(Qt::AlignHCenter);
+    c.insertBlock(centre, QTextCharFormat());
+    c.insertText(QStringLiteral("Centred caf\u00e9 \u20ac \u041f\u0440\u0438 \u4e2d\u6587 a\tb"));
+    QTextBlockFormat right;
+    right.setAlignment(Qt::AlignRight);
+    c.insertBlock(right, QTextCharFormat());
+    c.insertText(QStringLiteral("Right one") + QChar(QChar::LineSeparator) + QStringLiteral("two"));
+    c.insertBlock(QTextBlockFormat(), QTextCharFormat());
+    QTextListFormat bullets;
+    bullets.setStyle(QTextListFormat::ListDisc);
+    bullets.setIndent(1);
+    c.createList(bullets);
+    c.insertText(QStringLiteral("Bullet one"));
+    c.insertBlock();
+    c.insertText(QStringLiteral("Bullet two"));
+    c.insertBlock(QTextBlockFormat(), QTextCharFormat());
+    c.insertText(QStringLiteral("After the list {with braces} and \\ backslash"));
+}
+
+class LibreOffice : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        program = QStandardPaths::findExecutable(QStringLiteral("libreoffice"));
+        if (program.isEmpty())
+            program = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+        work = std::make_unique<QTemporaryDir>();
+    }
+
+    static void TearDownTestSuite() { work.reset(); }
+
+    void SetUp() override
+    {
+        if (program.isEmpty())
+            GTEST_SKIP() << "libreoffice is not on PATH: interoperability with LibreOffice is not checked";
+        ASSERT_TRUE(work->isValid());
+    }
+
+    static QString path(const QString &name) { return work->filePath(name); }
+
+    // One conversion run; the profile in the work folder is made on the
+    // first run and reused, so no home folder is needed.
+    static bool convert(const QString &format, const QStringList &inputs, const QString &outDir)
+    {
+        QProcess p;
+        QStringList args{QStringLiteral("-env:UserInstallation=")
+                             + QUrl::fromLocalFile(path(QStringLiteral("profile"))).toString(),
+                         QStringLiteral("--headless"), QStringLiteral("--norestore"),
+                         QStringLiteral("--convert-to"), format, QStringLiteral("--outdir"), outDir};
+        args += inputs;
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(program, args);
+        if (!p.waitForFinished(90000)) {
+            p.kill();
+            p.waitForFinished();
+            ADD_FAILURE() << "libreoffice did not finish";
+            return false;
+        }
+        if (p.exitCode() != 0)
+            ADD_FAILURE() << "libreoffice failed: " << p.readAll().constData();
+        return p.exitCode() == 0;
+    }
+
+    static bool writeFile(const QString &name, const QByteArray &data)
+    {
+        QFile f(path(name));
+        return f.open(QIODevice::WriteOnly) && f.write(data) == data.size();
+    }
+
+    static inline QString program;
+    static inline std::unique_ptr<QTemporaryDir> work;
+};
+
+TEST_F(LibreOffice, ReadsOurTextWithItsListsAndBreaks)
+{
+    QTextDocument doc;
+    buildSample(doc);
+    ASSERT_TRUE(writeFile(QStringLiteral("ours.rtf"), Rtf::fromDocument(doc)));
+    ASSERT_TRUE(convert(QStringLiteral("txt:Text (encoded):UTF8"), {path(QStringLiteral("ours.rtf"))},
+                        work->path()));
+    QString text = QString::fromUtf8(RtfTest::readFile(path(QStringLiteral("ours.txt"))));
+    text.remove(QChar(0xFEFF));
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    const QStringList lines = text.split(u'\n');
+    ASSERT_GE(lines.size(), 8) << text.toStdString();
+    EXPECT_EQ(lines[0], QStringLiteral("Plain bold italic under strike red Times 16"));
+    EXPECT_EQ(lines[1], QStringLiteral("Centred caf\u00e9 \u20ac \u041f\u0440\u0438 \u4e2d\u6587 a\tb"));
+    EXPECT_EQ(lines[2], QStringLiteral("Right one"));
+    EXPECT_EQ(lines[3], QStringLiteral("two"));
+    // The list labels come out as bullets, so LibreOffice took a list.
+    EXPECT_TRUE(lines[4].trimmed().startsWith(QChar(0x2022))) << lines[4].toStdString();
+    EXPECT_TRUE(lines[4].endsWith(QStringLiteral("Bullet one")));
+    EXPECT_TRUE(lines[5].trimmed().startsWith(QChar(0x2022))) << lines[5].toStdString();
+    EXPECT_EQ(lines[6], QStringLiteral("After the list {with braces} and \\ backslash"));
+}
+
+TEST_F(LibreOffice, OurFormatsSurviveAConversionToItsOwnFormatAndBack)
+{
+    QTextDocument doc;
+    buildSample(doc);
+    ASSERT_TRUE(writeFile(QStringLiteral("sample.rtf"), Rtf::fromDocument(doc)));
+    ASSERT_TRUE(convert(QStringLiteral("odt"), {path(QStringLiteral("sample.rtf"))}, work->path()));
+    const QString back = path(QStringLiteral("back"));
+    const QString fodt = RtfTest::sourceDir() + QStringLiteral("/tests/editor/rtf/samples/source/lo_lists.fodt");
+    ASSERT_TRUE(convert(QStringLiteral("rtf"), {path(QStringLiteral("sample.odt")), fodt}, back));
+
+    // LibreOffice's RTF of our document reads as our document did.
+    const QByteArray theirs = RtfTest::readFile(back + QStringLiteral("/sample.rtf"));
+    ASSERT_TRUE(Rtf::looksLikeRtf(theirs));
+    QTextDocument read;
+    read.setDefaultFont(RtfTest::editorFont());
+    Rtf::load(read, theirs);
+    EXPECT_EQ(read.toPlainText(), doc.toPlainText());
+    EXPECT_EQ(looks(read).toStdString(), looks(doc).toStdString());
+    EXPECT_EQ(RtfTest::listMembership(read), RtfTest::listMembership(doc));
+
+    // And its RTF of a document of its own, freshly written.
+    QTextDocument lists;
+    Rtf::load(lists, RtfTest::readFile(back + QStringLiteral("/lo_lists.rtf")));
+    EXPECT_EQ(lists.toPlainText(), QStringLiteral("Before the lists\nFirst bullet\nSecond bullet\nBetween\n"
+                                                  "First number\nSecond number\nAfter the lists"));
+    EXPECT_EQ(RtfTest::listMembership(lists), "-11-22-");
+}
+
+} // namespace

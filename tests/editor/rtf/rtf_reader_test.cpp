@@ -1,0 +1,371 @@
+// RTF as other programs write it, and as no program should: what the reader
+// keeps, what it skips, and that hostile input ends quickly and safely.
+#include "RtfTestSupport.h"
+#include "editor/rtf/Rtf.h"
+
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTextCursor>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+std::unique_ptr<QTextDocument> read(const QByteArray &rtf)
+{
+    auto doc = std::make_unique<QTextDocument>();
+    doc->setDefaultFont(RtfTest::editorFont());
+    Rtf::load(*doc, rtf);
+    return doc;
+}
+
+QString textOf(const QByteArray &rtf)
+{
+    return RtfTest::rawText(*read(rtf));
+}
+
+// The format of the character at a position (0-based, of the plain text).
+QTextCharFormat charAt(const QTextDocument &doc, int position)
+{
+    QTextCursor c(const_cast<QTextDocument *>(&doc));
+    c.setPosition(position + 1);
+    return c.charFormat();
+}
+
+struct TextCase
+{
+    const char *name;
+    QByteArray rtf;
+    QString text;
+};
+
+const TextCase TextCases[] = {
+    {"Destinations", "{\\rtf1{\\info{\\title T}{\\author A}}{\\stylesheet{\\s1 Heading;}}"
+                     "{\\*\\generator G;}{\\*\\unknownthing junk {nested junk}}a"
+                     "{\\header head}{\\footnote note}{\\*\\bkmkstart b}b}",
+     QStringLiteral("ab")},
+    {"Fields", "{\\rtf1 see {\\field{\\*\\fldinst HYPERLINK \"http://x\"}"
+               "{\\fldrslt {\\ul link}}} and {\\field{\\fldinst PAGE}{\\fldrslt 3}}.}",
+     QStringLiteral("see link and 3.")},
+    {"Pictures", "{\\rtf1 a{\\pict\\pngblip 89504e47{\\*\\blipuid 00}}b"
+                 "{\\*\\shppict{\\pict\\bin5 {}}\\}}}c{\\nonshppict{\\pict 00}}"
+                 "{\\object{\\*\\objdata 0102}{\\result d}}}",
+     QStringLiteral("abcd")},
+    {"ListNumbersAreNotText", "{\\rtf1{\\pntext\\'b7\\tab}{\\*\\pn\\pnlvlblt{\\pntxtb\\'b7}}one"
+                              "{\\listtext 2.\\tab}\\par}",
+     QStringLiteral("one")},
+    {"Symbols", "{\\rtf1 \\emdash\\endash\\bullet\\lquote\\rquote\\ldblquote\\rdblquote"
+                "\\~\\-\\_\\tab|\\line|\\\\\\{\\}}",
+     QStringLiteral("\u2014\u2013\u2022\u2018\u2019\u201c\u201d\u00a0\u00ad\u2011\t|")
+         + QChar(QChar::LineSeparator) + QStringLiteral("|\\{}")},
+    {"Windows1252", "{\\rtf1\\ansi caf\\'e9 \\'80 \\'93q\\'94}",
+     QStringLiteral("caf\u00e9 \u20ac \u201cq\u201d")},
+    {"AnsiCodepage1251", "{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}", QStringLiteral("\u041f\u0440\u0438")},
+    {"FontCharsets", "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset238 Tahoma;}"
+                     "{\\f2\\fcharset161 Greek;}{\\f3\\fcharset177 Hebrew;}}"
+                     "\\f1\\'b9\\f2\\'e1\\f3\\'e0\\f0\\'e9}",
+     QStringLiteral("\u0105\u03b1\u05d0\u00e9")},
+    {"DoubleByteCodepage", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 MS Mincho;}}"
+                           "\\f0\\'82\\'a0\\'82a\\'93\\'fa}",
+     QStringLiteral("\u3042\uff22\u65e5")},
+    {"LeadByteCutShort", "{\\rtf1{\\fonttbl{\\f0\\fcharset128 M;}}\\f0\\'82\\par x}",
+     QStringLiteral("\ufffd\nx")},
+    {"UnicodeAndFallback", "{\\rtf1\\uc1\\u8364?\\u-3913 ?\\uc2\\u20013\\'3f\\'3fx{\\uc0\\u26085}y}",
+     QStringLiteral("\u20ac\uf0b7\u4e2dx\u65e5y")},
+    {"FallbackEndsAtGroupEnd", "{\\rtf1\\uc3{\\u8364 a}bc}", QStringLiteral("\u20acbc")},
+    {"SurrogatePairs", "{\\rtf1\\u-10179?\\u-8704?|\\u-10179?x|\\u-8704?}",
+     QStringLiteral("\U0001F600|\ufffdx|\ufffd")},
+    {"ControlsAreDropped", "{\\rtf1 a\\u0?\\u13?\\u8233?\\u65279?b\x01\r\nc}", QStringLiteral("abc")},
+    {"Tables", "{\\rtf1\\trowd\\cellx100\\cellx200\\pard\\intbl a\\cell b\\cell\\row"
+               "\\pard\\intbl\\cell c\\cell\\row\\pard after}",
+     QStringLiteral("a\tb\n\tc\nafter")},
+    {"PageAndSectionBreaks", "{\\rtf1 a\\page b\\par\\sect c\\column d}", QStringLiteral("a\nb\nc\nd")},
+    {"HiddenText", "{\\rtf1 a{\\v hidden}b\\v c\\v0 d}", QStringLiteral("abd")},
+    {"DelimitersAndParameters", "{\\rtf1\\b1 a\\b0\\fs24-\\li-360 b\\par\\pard 1}", QStringLiteral("a-b\n1")},
+    {"BackslashNewlineIsAParagraph", "{\\rtf1 a\\\nb}", QStringLiteral("a\nb")},
+};
+
+class ReadText : public ::testing::TestWithParam<TextCase>
+{
+};
+
+TEST_P(ReadText, KeepsTheBodyText)
+{
+    EXPECT_EQ(textOf(GetParam().rtf), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rtf, ReadText, ::testing::ValuesIn(TextCases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+TEST(ReadFormats, GroupsAndResetsRestoreCharacterProperties)
+{
+    const auto doc = read("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}{\\colortbl;\\red255\\green0\\blue0;}"
+                          "{\\b\\i\\ul\\strike\\f1\\fs40\\cf1 A}B\\b C\\plain D\\ul E\\ulnone F"
+                          "\\strike G\\strike0\\i H\\i0\\cf1 I\\cf0 J\\super K\\nosupersub L}");
+    const QTextCharFormat a = charAt(*doc, 0);
+    EXPECT_EQ(a.fontWeight(), QFont::Bold);
+    EXPECT_TRUE(a.fontItalic());
+    EXPECT_EQ(a.underlineStyle(), QTextCharFormat::SingleUnderline);
+    EXPECT_TRUE(a.fontStrikeOut());
+    EXPECT_EQ(a.fontFamilies().toStringList(), QStringList{QStringLiteral("Courier New")});
+    EXPECT_EQ(a.fontPointSize(), 20);
+    EXPECT_EQ(a.foreground().color(), QColor(255, 0, 0));
+    // Back out of the group: nothing of it is left.
+    EXPECT_TRUE(charAt(*doc, 1).properties().contains(QTextFormat::FontPointSize)); // 12 pt, not 10
+    EXPECT_FALSE(charAt(*doc, 1).hasProperty(QTextFormat::FontWeight));
+    EXPECT_FALSE(charAt(*doc, 1).hasProperty(QTextFormat::FontFamilies));
+    EXPECT_EQ(charAt(*doc, 2).fontWeight(), QFont::Bold);
+    EXPECT_FALSE(charAt(*doc, 3).hasProperty(QTextFormat::FontWeight));
+    EXPECT_EQ(charAt(*doc, 4).underlineStyle(), QTextCharFormat::SingleUnderline);
+    EXPECT_EQ(charAt(*doc, 5).underlineStyle(), QTextCharFormat::NoUnderline);
+    EXPECT_TRUE(charAt(*doc, 6).fontStrikeOut());
+    EXPECT_FALSE(charAt(*doc, 7).fontStrikeOut());
+    EXPECT_TRUE(charAt(*doc, 7).fontItalic());
+    EXPECT_FALSE(charAt(*doc, 8).fontItalic());
+    EXPECT_EQ(charAt(*doc, 8).foreground().color(), QColor(255, 0, 0));
+    EXPECT_FALSE(charAt(*doc, 9).hasProperty(QTextFormat::ForegroundBrush));
+    EXPECT_EQ(charAt(*doc, 10).verticalAlignment(), QTextCharFormat::AlignSuperScript);
+    EXPECT_EQ(charAt(*doc, 11).verticalAlignment(), QTextCharFormat::AlignNormal);
+}
+
+TEST(ReadFormats, ParagraphPropertiesApplyAtTheParagraphEndAndPardResetsThem)
+{
+    const auto doc = read("{\\rtf1\\qc a\\par b\\par\\pard c\\par\\qr d\\par\\pard\\qj e\\par"
+                          "\\pard\\ql f\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 g\\par}");
+    QList<QTextBlockFormat> blocks;
+    for (QTextBlock b = doc->begin(); b.isValid(); b = b.next())
+        blocks.append(b.blockFormat());
+    ASSERT_EQ(blocks.size(), 7);
+    EXPECT_EQ(blocks[0].alignment(), Qt::AlignHCenter);
+    EXPECT_EQ(blocks[1].alignment(), Qt::AlignHCenter);
+    EXPECT_TRUE(blocks[2].properties().isEmpty());
+    EXPECT_EQ(blocks[3].alignment(), Qt::AlignRight);
+    EXPECT_EQ(blocks[4].alignment(), Qt::AlignJustify);
+    EXPECT_TRUE(blocks[5].hasProperty(QTextFormat::BlockAlignment));
+    EXPECT_EQ(blocks[6].leftMargin(), 48);
+    EXPECT_EQ(blocks[6].rightMargin(), 24);
+    EXPECT_EQ(blocks[6].textIndent(), -24);
+    EXPECT_EQ(blocks[6].topMargin(), 8);
+    EXPECT_EQ(blocks[6].bottomMargin(), 16);
+}
+
+TEST(ReadFormats, DefaultFontOfTheFileMatchingTheDocumentsGivesNoProperties)
+{
+    const auto doc = read("{\\rtf1\\deff1{\\fonttbl{\\f0 Times;}{\\f1 Arial;}}\\fs20 a\\f0 b\\f1\\fs24 c}");
+    EXPECT_TRUE(charAt(*doc, 0).properties().isEmpty());
+    EXPECT_EQ(charAt(*doc, 1).fontFamilies().toStringList(), QStringList{QStringLiteral("Times")});
+    EXPECT_EQ(charAt(*doc, 2).fontPointSize(), 12);
+    EXPECT_FALSE(charAt(*doc, 2).hasProperty(QTextFormat::FontFamilies));
+}
+
+TEST(ReadFormats, EastAsianTextTakesTheDoubleByteFontAndSize)
+{
+    const auto doc = read("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Mincho;}}\\fs20\\loch a\\dbch\\af1\\afs28 "
+                          "\\u26085?b}");
+    EXPECT_TRUE(charAt(*doc, 0).properties().isEmpty());
+    EXPECT_EQ(charAt(*doc, 1).fontFamilies().toStringList(), QStringList{QStringLiteral("Mincho")});
+    EXPECT_EQ(charAt(*doc, 1).fontPointSize(), 14);
+    EXPECT_TRUE(charAt(*doc, 2).properties().isEmpty());
+}
+
+TEST(ReadLists, ListTablesAndOldStyleNumbering)
+{
+    const QByteArray tables =
+        "{\\*\\listtable{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\u8226 ?;}{\\levelnumbers;}}"
+        "{\\listlevel\\levelnfc23{\\leveltext\\'01o;}}\\listid7}"
+        "{\\list{\\listlevel\\levelnfc4{\\leveltext\\'02\\'00.;}}\\listid8}"
+        "{\\list{\\listlevel\\levelnfc255{\\leveltext\\'00;}}\\listid9}}"
+        "{\\*\\listoverridetable{\\listoverride\\listid7\\ls1}{\\listoverride\\listid8\\ls2}"
+        "{\\listoverride\\listid9\\ls3}}";
+    const auto doc = read("{\\rtf1" + tables
+                          + "\\pard\\ls1\\li720\\fi-360 a\\par b\\par\\ilvl1 c\\par\\pard\\ls2 d\\par"
+                            "\\pard\\ls3 e\\par\\pard\\ls99 f\\par\\pard"
+                            "{\\*\\pn\\pnlvlblt} g\\par h\\par\\pard{\\*\\pn\\pnlvlbody\\pnucrm} i\\par}");
+    QList<int> styles;
+    for (QTextBlock b = doc->begin(); b.isValid(); b = b.next())
+        styles.append(b.textList() ? int(b.textList()->format().style()) : 0);
+    EXPECT_EQ(styles, (QList<int>{QTextListFormat::ListDisc, QTextListFormat::ListDisc,
+                                  QTextListFormat::ListCircle, QTextListFormat::ListLowerAlpha, 0, 0,
+                                  QTextListFormat::ListDisc, QTextListFormat::ListDisc,
+                                  QTextListFormat::ListUpperRoman}));
+    EXPECT_EQ(RtfTest::listMembership(*doc), "1123--445");
+    // The list indents the item; the paragraph's own indent isn't added.
+    EXPECT_EQ(doc->begin().blockFormat().leftMargin(), 0);
+    EXPECT_EQ(doc->begin().next().next().textList()->format().indent(), 2);
+}
+
+// --- Samples written by LibreOffice ---------------------------------------
+
+QByteArray sample(const char *name)
+{
+    const QByteArray data = RtfTest::readFile(RtfTest::sourceDir() + QStringLiteral("/tests/editor/rtf/samples/")
+                                              + QLatin1String(name));
+    EXPECT_FALSE(data.isEmpty()) << "missing sample " << name;
+    return data;
+}
+
+TEST(LibreOfficeSamples, Formatting)
+{
+    const auto doc = read(sample("lo_formatting.rtf"));
+    EXPECT_EQ(doc->toPlainText(),
+              QStringLiteral("Plain bold italic underlined struck red Times 16 mono 9\n"
+                             "Centred paragraph\nRight paragraph\nJustified paragraph"));
+    EXPECT_TRUE(charAt(*doc, 0).properties().isEmpty()) << "Arial 10 is the document's default";
+    EXPECT_EQ(charAt(*doc, 6).fontWeight(), QFont::Bold);
+    EXPECT_TRUE(charAt(*doc, 11).fontItalic());
+    EXPECT_EQ(charAt(*doc, 18).underlineStyle(), QTextCharFormat::SingleUnderline);
+    EXPECT_TRUE(charAt(*doc, 29).fontStrikeOut());
+    EXPECT_EQ(charAt(*doc, 36).foreground().color(), QColor(0xC0, 0, 0));
+    EXPECT_EQ(charAt(*doc, 40).fontFamilies().toStringList(), QStringList{QStringLiteral("Times New Roman")});
+    EXPECT_EQ(charAt(*doc, 40).fontPointSize(), 16);
+    EXPECT_EQ(charAt(*doc, 50).fontFamilies().toStringList(), QStringList{QStringLiteral("Courier New")});
+    EXPECT_EQ(charAt(*doc, 50).fontPointSize(), 9);
+    EXPECT_EQ(doc->findBlockByNumber(1).blockFormat().alignment(), Qt::AlignHCenter);
+    EXPECT_EQ(doc->findBlockByNumber(2).blockFormat().alignment(), Qt::AlignRight);
+    EXPECT_EQ(doc->findBlockByNumber(3).blockFormat().alignment(), Qt::AlignJustify);
+}
+
+TEST(LibreOfficeSamples, Lists)
+{
+    const auto doc = read(sample("lo_lists.rtf"));
+    EXPECT_EQ(doc->toPlainText(), QStringLiteral("Before the lists\nFirst bullet\nSecond bullet\nBetween\n"
+                                                 "First number\nSecond number\nAfter the lists"));
+    EXPECT_EQ(RtfTest::listMembership(*doc), "-11-22-");
+    EXPECT_EQ(doc->findBlockByNumber(1).textList()->format().style(), QTextListFormat::ListDisc);
+    EXPECT_EQ(doc->findBlockByNumber(4).textList()->format().style(), QTextListFormat::ListDecimal);
+}
+
+TEST(LibreOfficeSamples, UnicodeAndBreaks)
+{
+    EXPECT_EQ(read(sample("lo_unicode.rtf"))->toPlainText(),
+              QStringLiteral("Caf\u00e9 cr\u00e8me, na\u00efve \u2013 \u201cquoted\u201d \u2026 \u20ac5\n"
+                             "\u041f\u0440\u0438\u0432\u0435\u0442 \u043c\u0438\u0440, "
+                             "\u0395\u03bb\u03bb\u03b7\u03bd\u03b9\u03ba\u03ac, Polski: za\u017c\u00f3\u0142\u0107\n"
+                             "\u65e5\u672c\u8a9e\u306e\u30c6\u30ad\u30b9\u30c8 \u4e2d\u6587\n"
+                             "Emoji \U0001F600 and math \U0001D6FC"));
+    const auto breaks = read(sample("lo_breaks.rtf"));
+    EXPECT_EQ(RtfTest::rawText(*breaks), QStringLiteral("Line one") + QChar(QChar::LineSeparator)
+                                         + QStringLiteral("line two\tafter a tab\n\nAfter an empty paragraph\n"));
+}
+
+TEST(LibreOfficeSamples, ReadWriteReadIsStable)
+{
+    for (const char *name : {"lo_formatting.rtf", "lo_lists.rtf", "lo_unicode.rtf", "lo_breaks.rtf"}) {
+        const auto first = read(sample(name));
+        const QByteArray written = Rtf::fromDocument(*first);
+        const auto second = read(written);
+        EXPECT_EQ(RtfTest::describe(*second), RtfTest::describe(*first)) << name;
+        EXPECT_EQ(Rtf::fromDocument(*second), written) << name;
+    }
+}
+
+// --- Hostile input ---------------------------------------------------------
+
+// Loads the data and checks that it took less than the time given; what
+// the document then holds must write and read back to the same text.
+void survives(const QByteArray &data, qint64 maxMs = 2000)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const auto doc = read(data);
+    const qint64 elapsed = timer.elapsed();
+    EXPECT_LT(elapsed, maxMs) << data.left(60).constData();
+    EXPECT_EQ(read(Rtf::fromDocument(*doc))->toPlainText(), doc->toPlainText());
+}
+
+TEST(Hostile, DeepNestingIsSkippedInLinearTime)
+{
+    survives("{\\rtf1 a" + QByteArray(100000, '{') + "x" + QByteArray(100000, '}') + "b}");
+    EXPECT_EQ(textOf("{\\rtf1 a" + QByteArray(100000, '{') + "x" + QByteArray(100000, '}') + "b}"),
+              QStringLiteral("ab"));
+    survives("{\\rtf1 " + QByteArray(1000000, '{'));
+    survives("{\\rtf1 " + QByteArray(1000000, '}') + "x");
+    // Depth that real files reach is read in full.
+    EXPECT_EQ(textOf("{\\rtf1 " + QByteArray(200, '{') + "\\b x" + QByteArray(200, '}') + "}"),
+              QStringLiteral("x"));
+}
+
+TEST(Hostile, HugeAndNegativeParametersAreClamped)
+{
+    survives("{\\rtf1\\bin999999999 abc}");
+    EXPECT_EQ(textOf("{\\rtf1 a\\bin2 {}b}"), QStringLiteral("ab"));
+    EXPECT_EQ(textOf("{\\rtf1 a\\bin-5 b}"), QStringLiteral("ab"));
+    const auto doc = read("{\\rtf1{\\fs-5 a}{\\fs0 b}{\\fs99999999999 c}{\\fs99999999999999999999999 d}}");
+    EXPECT_EQ(doc->toPlainText(), QStringLiteral("abcd"));
+    EXPECT_EQ(charAt(*doc, 0).fontPointSize(), 12);
+    EXPECT_EQ(charAt(*doc, 2).fontPointSize(), 1638);
+    EXPECT_EQ(charAt(*doc, 3).fontPointSize(), 1638);
+    survives("{\\rtf1\\uc99999999\\u99999999 a\\u-99999999 b\\li-99999999999\\cf99999999 c\\par"
+             "\\ls-3\\ilvl99999 d\\f-1 e\\par\\deff-7 f}");
+    survives("{\\rtf1 " + QByteArray(1000000, '9') + "}");
+    survives("{\\rtf1\\fs" + QByteArray(1000000, '9') + " x}");
+    survives("{\\rtf1\\" + QByteArray(1000000, 'a') + " x}");
+}
+
+TEST(Hostile, TruncatedFilesReadWhatIsThere)
+{
+    const QByteArray full = sample("lo_lists.rtf");
+    for (qsizetype n = 0; n < full.size(); n += 7)
+        survives(full.left(n));
+    EXPECT_EQ(textOf("{\\rtf1 abc\\"), QStringLiteral("abc"));
+    EXPECT_EQ(textOf("{\\rtf1 abc\\'"), QStringLiteral("abc"));
+    EXPECT_EQ(textOf("{\\rtf1 abc\\'4"), QStringLiteral("abc"));
+    EXPECT_EQ(textOf("{\\rtf1 abc\\u"), QStringLiteral("abc"));
+}
+
+TEST(Hostile, UnbalancedBracesAndTrailingData)
+{
+    EXPECT_EQ(textOf("{\\rtf1 a}}}}b"), QStringLiteral("a"));
+    EXPECT_EQ(textOf("{\\rtf1 a{{{{b"), QStringLiteral("ab"));
+    survives("{\\rtf1" + QByteArray(500000, '}') + QByteArray(500000, '{'));
+}
+
+TEST(Hostile, RandomBytes)
+{
+    QRandomGenerator random(20240607);
+    for (int i = 0; i < 300; ++i) {
+        QByteArray data = "{\\rtf1 ";
+        const int size = random.bounded(1, 4096);
+        // Mostly RTF's own bytes, so that the words and groups get exercised.
+        static const char alphabet[] = "{}\\\\\\'*;abcdefilnprstuvx0123456789- \r\n";
+        for (int k = 0; k < size; ++k) {
+            data += random.bounded(3) == 0 ? char(random.bounded(256))
+                                           : alphabet[random.bounded(int(sizeof alphabet) - 1)];
+        }
+        survives(data, 500);
+    }
+}
+
+TEST(Hostile, LargeInputsStayLinear)
+{
+    // Formats toggling on every character, many paragraphs and many groups:
+    // a megabyte of each must read in well under a few seconds.
+    QByteArray toggles = "{\\rtf1 ";
+    while (toggles.size() < 1000000)
+        toggles += "\\b a\\b0\\i b\\i0 ";
+    survives(toggles + "}", 5000);
+    survives("{\\rtf1 " + QByteArray(1000000 / 5, 'x').replace("x", "\\par") + "}", 5000);
+    QByteArray groups = "{\\rtf1 ";
+    while (groups.size() < 1000000)
+        groups += "{\\b x}{\\*\\junk y}";
+    survives(groups + "}", 5000);
+}
+
+// Every seed of the fuzzer, and every crash it found, stays readable.
+TEST(FuzzCorpus, EveryFileReadsAndRoundTrips)
+{
+    const QString dir = RtfTest::sourceDir() + QStringLiteral("/fuzz/corpus/rtf");
+    QDirIterator it(dir, QDir::Files);
+    int count = 0;
+    while (it.hasNext()) {
+        QByteArray data = RtfTest::readFile(it.next());
+        if (!Rtf::looksLikeRtf(data))
+            data.prepend("{\\rtf1 ");
+        survives(data);
+        ++count;
+    }
+    EXPECT_GT(count, 0) << "no corpus in " << dir.toStdString();
+}
+
+} // namespace
