@@ -1,0 +1,500 @@
+// The libmpv back-end against the player seam's contract, on real libmpv
+// with the null audio output (timed like a sound card) and, where the sound
+// itself is checked, with the pcm output writing to a file.
+
+#include "WavSignal.h"
+
+#include "platform/mpv/MpvPlayer.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr double SeekTolerance = 0.020; // seconds
+
+// Runs the event loop until done() holds or the time is up.
+bool waitFor(const std::function<bool()> &done, int timeoutMs = 3000)
+{
+    if (done())
+        return true;
+    QEventLoop loop;
+    QTimer poll;
+    QElapsedTimer clock;
+    clock.start();
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (done() || clock.elapsed() > timeoutMs)
+            loop.quit();
+    });
+    poll.start(1);
+    loop.exec();
+    return done();
+}
+
+// Waits for mpv to carry out the latest seek; mpv's own position then.
+double settledPosition(MpvPlayer &player, QSignalSpy &spy)
+{
+    if (spy.isEmpty() && !spy.wait(3000))
+        return -1;
+    const double position = spy.takeLast().at(0).toDouble();
+    spy.clear();
+    return position;
+}
+
+class MediaFiles
+{
+public:
+    MediaFiles()
+    {
+        // Tests and CI have no sound card.
+        if (qEnvironmentVariableIsEmpty("QM_AUDIO_OUTPUT"))
+            qputenv("QM_AUDIO_OUTPUT", "null");
+        WavSignal::write(shortFile(), WavSignal::ramp(10));
+        WavSignal::write(longFile(), WavSignal::ramp(30));
+        WavSignal::write(toneFile(), WavSignal::tone(440, 2));
+        QFile junk(junkFile());
+        if (junk.open(QIODevice::WriteOnly))
+            junk.write(QByteArray(4096, '\x5a'));
+    }
+    QString shortFile() const { return m_dir.filePath(QStringLiteral("ten seconds.wav")); }
+    QString longFile() const { return m_dir.filePath(QStringLiteral("thirty:seconds.wav")); }
+    QString toneFile() const { return m_dir.filePath(QStringLiteral("tone.wav")); }
+    QString junkFile() const { return m_dir.filePath(QStringLiteral("junk.wav")); }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+MediaFiles &media()
+{
+    static MediaFiles files;
+    return files;
+}
+
+class MpvPlayerTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        media();
+        player = std::make_unique<MpvPlayer>();
+        ASSERT_TRUE(player->isValid());
+        settled = std::make_unique<QSignalSpy>(player.get(), &MpvPlayer::seekSettled);
+    }
+
+    // Loads a file and waits until it plays.
+    void loadPlaying(const QString &path)
+    {
+        player->setURL(path);
+        ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+        ASSERT_EQ(player->playState(), PlayerControl::Playing);
+        settled->clear();
+    }
+
+    void seekAndSettle(double seconds)
+    {
+        player->setCurrentPosition(seconds);
+        ASSERT_GE(settledPosition(*player, *settled), 0);
+    }
+
+    std::unique_ptr<MpvPlayer> player;
+    std::unique_ptr<QSignalSpy> settled;
+};
+
+TEST_F(MpvPlayerTest, LoadsAFileAndPlaysIt)
+{
+    player->setURL(media().shortFile());
+    EXPECT_EQ(player->playState(), PlayerControl::Transitioning);
+    EXPECT_EQ(player->URL(), media().shortFile());
+    EXPECT_EQ(player->duration(), 0.0);
+    EXPECT_EQ(player->durationString(), QString());
+
+    ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    EXPECT_NEAR(player->duration(), 10.0, 0.001);
+    EXPECT_EQ(player->durationString(), QStringLiteral("00:10"));
+
+    const double start = player->currentPosition();
+    QTest::qWait(400);
+    EXPECT_GT(player->currentPosition(), start + 0.25);
+    EXPECT_LT(player->currentPosition(), start + 0.55);
+    EXPECT_EQ(player->currentPositionString(), QStringLiteral("00:00"));
+}
+
+TEST_F(MpvPlayerTest, CallsMadeWhileLoadingApplyWhenTheFileIsReady)
+{
+    // As the program opens a file: load, position, then its pause-or-play.
+    player->setURL(media().longFile());
+    player->setCurrentPosition(12.5);
+    player->pause();
+    EXPECT_EQ(player->playState(), PlayerControl::Transitioning);
+    EXPECT_EQ(player->currentPosition(), 12.5);
+
+    ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    EXPECT_EQ(player->currentPosition(), 12.5);
+    EXPECT_NEAR(settledPosition(*player, *settled), 12.5, SeekTolerance);
+    QTest::qWait(200);
+    EXPECT_EQ(player->currentPosition(), 12.5);
+    EXPECT_TRUE(player->backendPaused());
+
+    player->setURL(media().shortFile());
+    player->setCurrentPosition(0);
+    player->pause();
+    player->play();
+    ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    QTest::qWait(200);
+    EXPECT_GT(player->currentPosition(), 0.05);
+    EXPECT_LT(player->currentPosition(), 0.4);
+}
+
+TEST_F(MpvPlayerTest, SeeksExactlyWhilePlaying)
+{
+    loadPlaying(media().longFile());
+    for (const double target : {3.217, 17.5, 8.0001, 25.75, 0.0}) {
+        player->setCurrentPosition(target);
+        // The program reads the position back at once.
+        EXPECT_EQ(player->currentPosition(), target);
+        EXPECT_NEAR(settledPosition(*player, *settled), target, SeekTolerance) << "seek to " << target;
+        EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    }
+    QTest::qWait(300);
+    EXPECT_GT(player->currentPosition(), 0.2);
+    EXPECT_LT(player->currentPosition(), 0.45);
+}
+
+TEST_F(MpvPlayerTest, SeeksExactlyWhilePausedAndHoldsThere)
+{
+    // Once audio has played, mpv's time-pos after a paused seek falls short
+    // by the output's buffer; the position must still be the one asked for.
+    loadPlaying(media().longFile());
+    QTest::qWait(300);
+    player->pause();
+    for (const double target : {6.25, 21.0, 1.5}) {
+        player->setCurrentPosition(target);
+        EXPECT_EQ(player->currentPosition(), target);
+        EXPECT_NEAR(settledPosition(*player, *settled), target, SeekTolerance) << "seek to " << target;
+        QTest::qWait(250);
+        EXPECT_EQ(player->currentPosition(), target);
+        EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    }
+    // Playing resumes from there.
+    player->play();
+    QTest::qWait(300);
+    EXPECT_NEAR(player->currentPosition(), 1.5 + 0.3, 0.1);
+    EXPECT_NEAR(player->backendTimePos(), 1.5 + 0.3, 0.25); // mpv trails by its audio buffer
+}
+
+TEST_F(MpvPlayerTest, PauseWithAStepBackLandsWhereAsked)
+{
+    loadPlaying(media().longFile());
+    seekAndSettle(10);
+    QTest::qWait(400);
+
+    // The program's pause: step back, then pause.
+    const double asked = player->currentPosition() - 3;
+    player->setCurrentPosition(asked);
+    player->pause();
+    EXPECT_EQ(player->currentPosition(), asked);
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    EXPECT_NEAR(settledPosition(*player, *settled), asked, SeekTolerance);
+    ASSERT_TRUE(waitFor([&] { return player->backendPaused(); }));
+    QTest::qWait(300);
+    EXPECT_EQ(player->currentPosition(), asked);
+
+    // And playing goes on from the step back, not from where it paused.
+    player->play();
+    QTest::qWait(300);
+    EXPECT_NEAR(player->currentPosition(), asked + 0.3, 0.1);
+    EXPECT_NEAR(player->backendTimePos(), asked + 0.3, 0.25); // mpv trails by its audio buffer
+}
+
+TEST_F(MpvPlayerTest, PauseHoldsThePositionItReports)
+{
+    loadPlaying(media().longFile());
+    QTest::qWait(500);
+    player->pause();
+    const double held = player->currentPosition();
+    EXPECT_GT(held, 0.35);
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    QTest::qWait(300);
+    EXPECT_EQ(player->currentPosition(), held);
+    EXPECT_NEAR(player->backendTimePos(), held, 0.25);
+
+    player->play();
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    QTest::qWait(300);
+    EXPECT_NEAR(player->backendTimePos(), held + 0.3, 0.25); // mpv trails by its audio buffer
+}
+
+TEST_F(MpvPlayerTest, NegativePositionIsTheStart)
+{
+    // mpv itself would count "-2" from the end, that is 28 s.
+    loadPlaying(media().longFile());
+    seekAndSettle(5);
+    player->setCurrentPosition(-2);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+
+    player->pause();
+    player->setCurrentPosition(-2);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+}
+
+TEST_F(MpvPlayerTest, EndOfTheMediaIsTheStoppedState)
+{
+    loadPlaying(media().shortFile());
+    QElapsedTimer clock;
+    clock.start();
+    seekAndSettle(9.6);
+    ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Playing; }, 3000));
+    // Not before the last 0.4 s have been heard.
+    EXPECT_GE(clock.elapsed(), 350);
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    EXPECT_EQ(player->currentPositionString(), QString());
+    EXPECT_EQ(player->durationString(), QStringLiteral("00:10"));
+
+    // Play starts over.
+    player->play();
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    QTest::qWait(300);
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    EXPECT_NEAR(player->currentPosition(), 0.3, 0.1);
+}
+
+TEST_F(MpvPlayerTest, PositionBeyondTheEndStopsThere)
+{
+    loadPlaying(media().shortFile());
+    player->setCurrentPosition(25);
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    ASSERT_TRUE(waitFor([&] { return player->backendPaused(); }));
+    QTest::qWait(200);
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+
+    // A position from there holds, paused, until play.
+    settled->clear();
+    player->setCurrentPosition(4);
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    EXPECT_NEAR(settledPosition(*player, *settled), 4.0, SeekTolerance);
+    QTest::qWait(200);
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    EXPECT_EQ(player->currentPosition(), 4.0);
+}
+
+TEST_F(MpvPlayerTest, StopGoesBackToTheStart)
+{
+    loadPlaying(media().shortFile());
+    seekAndSettle(3);
+    player->stop();
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    EXPECT_EQ(player->currentPositionString(), QString());
+    EXPECT_EQ(player->durationString(), QStringLiteral("00:10"));
+    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    QTest::qWait(300);
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+    EXPECT_TRUE(player->backendPaused());
+
+    // Pause on a stopped player changes nothing; play starts at 0.
+    player->pause();
+    EXPECT_EQ(player->playState(), PlayerControl::Stopped);
+    player->play();
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    QTest::qWait(300);
+    EXPECT_NEAR(player->currentPosition(), 0.3, 0.1);
+}
+
+TEST_F(MpvPlayerTest, RateIsTakenWithThePitchKept)
+{
+    EXPECT_EQ(player->propertyText("audio-pitch-correction"), QByteArray("yes"));
+    player->setRate(0.5);
+    EXPECT_EQ(player->rate(), 0.5);
+    EXPECT_TRUE(waitFor([&] { return player->propertyText("speed").toDouble() == 0.5; }));
+
+    player->setRate(2.0);
+    // Outside what mpv takes: the rate stays as it was.
+    player->setRate(0);
+    player->setRate(-1);
+    EXPECT_EQ(player->rate(), 2.0);
+    loadPlaying(media().longFile());
+    EXPECT_EQ(player->propertyText("speed").toDouble(), 2.0);
+    QTest::qWait(500);
+    EXPECT_NEAR(player->currentPosition(), 1.0, 0.2);
+
+    // The rate is the player's, kept across files.
+    loadPlaying(media().shortFile());
+    EXPECT_EQ(player->rate(), 2.0);
+}
+
+TEST_F(MpvPlayerTest, VolumeIsClampedToTheProgramsScale)
+{
+    EXPECT_EQ(player->volume(), 50);
+    player->setVolume(150);
+    EXPECT_EQ(player->volume(), 100);
+    EXPECT_TRUE(waitFor([&] { return player->propertyText("volume").toDouble() == 100; }));
+    player->setVolume(-5);
+    EXPECT_EQ(player->volume(), 0);
+    EXPECT_TRUE(waitFor([&] { return player->propertyText("volume").toDouble() == 0; }));
+    player->setVolume(37);
+    EXPECT_EQ(player->volume(), 37);
+}
+
+TEST_F(MpvPlayerTest, ASecondFileReplacesThePlayingOne)
+{
+    loadPlaying(media().shortFile());
+    seekAndSettle(3);
+    QSignalSpy states(player.get(), &MpvPlayer::stateChanged);
+    player->setURL(media().longFile());
+    EXPECT_EQ(player->playState(), PlayerControl::Transitioning);
+    EXPECT_EQ(player->duration(), 0.0);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+    EXPECT_EQ(player->playState(), PlayerControl::Playing);
+    EXPECT_EQ(player->URL(), media().longFile());
+    EXPECT_NEAR(player->duration(), 30.0, 0.001);
+    EXPECT_LT(player->currentPosition(), 0.3);
+    // Straight from loading to playing, with no stop on the way.
+    ASSERT_EQ(states.size(), 2);
+    EXPECT_EQ(states.at(0).at(0).toInt(), int(PlayerControl::Transitioning));
+    EXPECT_EQ(states.at(1).at(0).toInt(), int(PlayerControl::Playing));
+}
+
+TEST_F(MpvPlayerTest, AFileThatWillNotPlayLeavesThePlayerEmpty)
+{
+    QSignalSpy failed(player.get(), &MpvPlayer::loadFailed);
+    for (const QString &path : {media().junkFile(), media().path(QStringLiteral("missing.wav"))}) {
+        player->setURL(path);
+        EXPECT_EQ(player->playState(), PlayerControl::Transitioning);
+        ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
+        EXPECT_EQ(player->playState(), PlayerControl::Undefined);
+        EXPECT_EQ(player->duration(), 0.0);
+    }
+    EXPECT_EQ(failed.size(), 2);
+    loadPlaying(media().shortFile());
+}
+
+TEST_F(MpvPlayerTest, AnEmptyPlayerAcceptsEveryCall)
+{
+    player->play();
+    player->pause();
+    player->setCurrentPosition(5);
+    player->stop();
+    player->close();
+    EXPECT_EQ(player->playState(), PlayerControl::Undefined);
+    EXPECT_EQ(player->currentPosition(), 0.0);
+    EXPECT_EQ(player->currentPositionString(), QString());
+    EXPECT_EQ(player->duration(), 0.0);
+
+    loadPlaying(media().shortFile());
+    player->setURL(QString());
+    EXPECT_EQ(player->playState(), PlayerControl::Undefined);
+    EXPECT_EQ(player->URL(), QString());
+    EXPECT_EQ(player->duration(), 0.0);
+    QTest::qWait(100);
+    EXPECT_EQ(player->playState(), PlayerControl::Undefined);
+}
+
+// The sound itself, written by mpv's pcm output to a file. That output is
+// not timed: a file plays through as fast as it decodes.
+class MpvPlayerSoundTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        MpvPlayer::Options options;
+        options.insert("ao", "pcm");
+        options.insert("ao-pcm-file", QFile::encodeName(output()));
+        options.insert("ao-pcm-waveheader", "no");
+        options.insert("audio-format", "s16");
+        options.insert("audio-samplerate", QByteArray::number(WavSignal::Rate));
+        options.insert("audio-channels", "mono");
+        player = std::make_unique<MpvPlayer>(options);
+        ASSERT_TRUE(player->isValid());
+        // Unity gain, so that the samples come out as they went in.
+        player->setVolume(100);
+    }
+
+    QString output() const { return m_dir.filePath(QStringLiteral("out.pcm")); }
+
+    bool playToTheEnd()
+    {
+        player->play();
+        return waitFor([&] { return player->playState() == PlayerControl::Stopped; });
+    }
+
+    std::unique_ptr<MpvPlayer> player;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+TEST_F(MpvPlayerSoundTest, PlaybackAfterASeekStartsOnTheSample)
+{
+    // Seeks are exact to the sample: the first sample played is the one at
+    // the position asked for.
+    const auto sampleAt = [](double seconds) { return int(std::lround(seconds * WavSignal::Rate)); };
+    const auto index = [](int16_t sample) { return int(uint16_t(sample)); };
+
+    media();
+    player->setURL(media().longFile());
+    player->setCurrentPosition(3.1234);
+    player->pause();
+    ASSERT_TRUE(waitFor([&] { return player->playState() == PlayerControl::Paused; }));
+    ASSERT_TRUE(playToTheEnd());
+
+    // Again after audio has played: the case where mpv's time-pos is short.
+    QSignalSpy settled(player.get(), &MpvPlayer::seekSettled);
+    player->setCurrentPosition(21.5);
+    EXPECT_EQ(player->playState(), PlayerControl::Paused);
+    ASSERT_GE(settledPosition(*player, settled), 0);
+    ASSERT_TRUE(playToTheEnd());
+    // The output file is complete once mpv has closed it.
+    player.reset();
+
+    const std::vector<int16_t> sound = WavSignal::readRaw(output());
+    ASSERT_FALSE(sound.empty());
+    EXPECT_EQ(index(sound.front()), sampleAt(3.1234) & 0xffff);
+    std::vector<size_t> jumps;
+    for (size_t i = 1; i < sound.size(); ++i) {
+        if (((index(sound[i]) - index(sound[i - 1])) & 0xffff) != 1)
+            jumps.push_back(i);
+    }
+    ASSERT_EQ(jumps.size(), 1u);
+    EXPECT_EQ(int(jumps[0]), sampleAt(30) - sampleAt(3.1234));
+    // After audio has played, mpv's decoder may round the second seek to
+    // the neighbouring sample: a few microseconds, never more.
+    const int offBy = ((index(sound[jumps[0]]) - (sampleAt(21.5) & 0xffff) + 0x8000) & 0xffff) - 0x8000;
+    EXPECT_LE(std::abs(offBy), 1);
+    EXPECT_NEAR(int(sound.size() - jumps[0]), sampleAt(30) - sampleAt(21.5), 1);
+}
+
+TEST_F(MpvPlayerSoundTest, HalfSpeedKeepsThePitch)
+{
+    media();
+    player->setRate(0.5);
+    player->setURL(media().toneFile());
+    ASSERT_TRUE(waitFor([&] { return player->playState() == PlayerControl::Stopped; }));
+    player.reset();
+    const std::vector<int16_t> sound = WavSignal::readRaw(output());
+    // Two seconds of tone last four at half speed...
+    EXPECT_NEAR(double(sound.size()) / WavSignal::Rate, 4.0, 0.2);
+    // ...and stay at 440 Hz rather than dropping to 220.
+    EXPECT_NEAR(WavSignal::frequency(sound, sound.size() / 4, sound.size() * 3 / 4), 440.0, 5.0);
+}
+
+} // namespace
