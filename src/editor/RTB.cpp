@@ -13,6 +13,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <algorithm>
 #include <limits>
 
@@ -77,7 +78,7 @@ int buttonCode(Qt::MouseButton button)
 
 } // namespace
 
-RichTextBox::RichTextBox(QWidget *parent) : QTextEdit(parent)
+RichTextBox::RichTextBox(QWidget *parent) : QTextEdit(parent), TwipsPlacement(this)
 {
     setObjectName(QStringLiteral("RTB"));
     setAccessibleName(QStringLiteral("Text"));
@@ -91,7 +92,13 @@ RichTextBox::RichTextBox(QWidget *parent) : QTextEdit(parent)
             [this](int position, int removed, int added) { onContentsChange(position, removed, added); });
 }
 
-RichTextBox::~RichTextBox() = default;
+RichTextBox::~RichTextBox()
+{
+    // The handlers belong to the window, which is going away with us.
+    disconnect(document(), nullptr, this, nullptr);
+    onChange = nullptr;
+    onLostFocus = nullptr;
+}
 
 // --- Units ---------------------------------------------------------------
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Controls.h"
 #include "editor/UndoHistory.h"
 
 #include <QColor>
@@ -18,7 +19,8 @@ class QTextCursor;
 // (1 Shift, 2 Ctrl, 4 Alt); KeyDown may cancel a key by clearing its code.
 //
 // Formatting properties read a selection as true, false or mixed (no value).
-class RichTextBox : public QTextEdit, public UndoTarget
+// Placed in twips like the other controls of the program.
+class RichTextBox : public QTextEdit, public UndoTarget, public TwipsPlacement
 {
 public:
     explicit RichTextBox(QWidget *parent = nullptr);

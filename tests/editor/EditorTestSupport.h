@@ -1,0 +1,64 @@
+#pragma once
+
+// The program on fakes with the editor shown, in a language whose entries
+// name themselves ("T42"), but for the few texts the editor's tests read.
+
+#include "TestApp.h"
+
+#include "editor/Form2.h"
+#include "player/Form1.h"
+
+#include <QTest>
+#include <gtest/gtest.h>
+
+inline QString entryText(int i)
+{
+    switch (i) {
+    case 1: return QStringLiteral("Quillmere");
+    case 7: return QStringLiteral("Play");
+    case 8: return QStringLiteral("Pause");
+    case 53: return QStringLiteral("The file exists.");
+    case 54: return QStringLiteral("Replace it?");
+    case 75: return QStringLiteral("Save the changes to");
+    case 86: return QStringLiteral("Show the editor");
+    case 96: return QStringLiteral("Editor");
+    case 97: return QStringLiteral("Document");
+    case 98: return QStringLiteral("File not f&ound");
+    case 99: return QStringLiteral("&Save the changes?");
+    case 121: return QStringLiteral("RTF files");
+    case 122: return QStringLiteral("Text files");
+    default: return QStringLiteral("T%1").arg(i);
+    }
+}
+
+// Starts the program with the editor shown and active, in the language
+// file of this name.
+inline void startEditor(TestApp &app, const QString &languageFile = QStringLiteral("English.lng"))
+{
+    QByteArray lines;
+    for (int i = 0; i < 151; ++i)
+        lines += QStringLiteral("%1 ").arg(i, 2, 10, QLatin1Char('0')).left(3).toUtf8() + entryText(i).toUtf8() + "\r\n";
+    app.folder.write(QStringLiteral("Files/Lang/") + languageFile, lines);
+    app.folder.setSettingsLine(1, languageFile);
+    app.folder.setSettingsLine(8, QStringLiteral("0"));  // the editor shown
+    app.folder.setSettingsLine(16, QStringLiteral("0")); // no bookmark window
+    app.folder.setSettingsLine(24, QStringLiteral("0")); // no update check
+    app.folder.setSettingsLine(25, QStringLiteral("0")); // typing does not hold the player
+    ASSERT_TRUE(app.start());
+    Form2 &editor = app.form2();
+    editor.show();
+    editor.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    editor.RTB->setFocus();
+}
+
+// Real key events into the text: characters, and "\n" as Enter.
+inline void typeText(QWidget *w, const QString &text)
+{
+    for (QChar c : text) {
+        if (c == u'\n')
+            QTest::keyClick(w, Qt::Key_Return);
+        else
+            QTest::keyClicks(w, QString(c));
+    }
+}

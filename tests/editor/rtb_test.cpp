@@ -1,0 +1,147 @@
+// The rich-text control: units where a line end is CR LF, the change event
+// once per edit, formats read as true, false or mixed, files and search.
+
+#include "editor/RTB.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <random>
+
+TEST(RichTextBox, LineEndsCountAsTwoInTextAndPositions)
+{
+    RichTextBox rtb;
+    rtb.setText(QStringLiteral("ab\r\ncd\nef\rg"));
+    EXPECT_EQ(rtb.Text(), QStringLiteral("ab\r\ncd\r\nef\r\ng"));
+    EXPECT_EQ(rtb.textLength(), 13);
+
+    rtb.setSelStart(4);
+    rtb.setSelLength(4);
+    EXPECT_EQ(rtb.SelText(), QStringLiteral("cd\r\n"));
+    EXPECT_EQ(rtb.SelStart(), 4);
+    EXPECT_EQ(rtb.SelLength(), 4);
+    // A caret between CR and LF goes before the break; a negative start is
+    // refused; a start past the end stops at the end.
+    rtb.setSelStart(3);
+    EXPECT_EQ(rtb.SelStart(), 2);
+    rtb.setSelStart(-1);
+    EXPECT_EQ(rtb.SelStart(), 2);
+    rtb.setSelStart(99);
+    EXPECT_EQ(rtb.SelStart(), 13);
+
+    // Writing the selection leaves the caret behind the new text.
+    rtb.setSelStart(2);
+    rtb.setSelLength(2);
+    rtb.setSelText(QStringLiteral("X\r\nY"));
+    EXPECT_EQ(rtb.Text(), QStringLiteral("abX\r\nYcd\r\nef\r\ng"));
+    EXPECT_EQ(rtb.SelStart(), 6);
+
+    // Any stretch read through the undo interface is the same stretch of Text.
+    std::mt19937 rng(3);
+    const QString text = rtb.Text();
+    for (int i = 0; i < 300; ++i) {
+        const int start = std::uniform_int_distribution<int>(0, int(text.size()))(rng);
+        const int length = std::uniform_int_distribution<int>(0, 8)(rng);
+        ASSERT_EQ(rtb.textMid(start, length), text.mid(start, length)) << start << '+' << length;
+    }
+}
+
+TEST(RichTextBox, ChangeFiresOncePerEditForTheProgramsEditsTooButNotForFormats)
+{
+    RichTextBox rtb;
+    int changes = 0;
+    rtb.onChange = [&changes] { ++changes; };
+    rtb.show();
+    QTest::keyClicks(&rtb, QStringLiteral("abc"));
+    EXPECT_EQ(changes, 3);
+
+    // A key over a selection is a removal and an insertion: one Change.
+    rtb.setSelStart(0);
+    rtb.setSelLength(2);
+    QTest::keyClick(&rtb, Qt::Key_Z);
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(rtb.Text(), QStringLiteral("zc"));
+
+    rtb.setSelStart(0);
+    rtb.setSelLength(2);
+    rtb.setSelBold(true);
+    rtb.setSelAlignment(2);
+    rtb.setSelBullet(true);
+    EXPECT_EQ(changes, 4);
+
+    rtb.setSelRTF(QStringLiteral("{\\rtf1\\ansi one\\par two}"));
+    EXPECT_EQ(changes, 5);
+    EXPECT_EQ(rtb.Text(), QStringLiteral("one\r\ntwo"));
+    // Assigning the text always counts as a change.
+    rtb.setText(QString());
+    rtb.setText(QString());
+    EXPECT_EQ(changes, 7);
+    // Shift+Enter makes an ordinary paragraph break.
+    QTest::keyClick(&rtb, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(rtb.Text(), QStringLiteral("\r\n"));
+}
+
+TEST(RichTextBox, FormatsReadMixedAndSizesStepFromTheCaret)
+{
+    RichTextBox rtb;
+    rtb.setText(QStringLiteral("plain bold"));
+    rtb.setSelStart(6);
+    rtb.setSelLength(4);
+    rtb.setSelBold(true);
+    rtb.setSelFontName(QStringLiteral("Courier New"));
+    rtb.setSelStart(0);
+    rtb.setSelLength(10);
+    EXPECT_EQ(rtb.SelBold(), std::nullopt);
+    EXPECT_EQ(rtb.SelFontName(), std::nullopt);
+    EXPECT_EQ(rtb.SelItalic(), std::optional<bool>(false));
+    rtb.setSelStart(2);
+    EXPECT_EQ(rtb.SelFontName(), std::optional<QString>(QStringLiteral("Arial")));
+    EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(12));
+
+    rtb.setSelFontSize(13);
+    EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(13));
+    rtb.setSelFontSize(0); // refused
+    EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(13));
+    EXPECT_EQ(rtb.SelBullet(), std::optional<bool>(false));
+}
+
+TEST(RichTextBox, FilesAreWrittenAsRtfAndForeignTextLoadsPlain)
+{
+    QTemporaryDir dir;
+    RichTextBox rtb;
+    int changes = 0;
+    rtb.onChange = [&changes] { ++changes; };
+    rtb.setText(QStringLiteral("first\r\nsecond"));
+    const QString path = dir.filePath(QStringLiteral("doc.txt"));
+    ASSERT_TRUE(rtb.SaveFile(path));
+    QFile saved(path);
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(saved.readAll().startsWith("{\\rtf"));
+
+    rtb.setText(QStringLiteral("other"));
+    changes = 0;
+    ASSERT_TRUE(rtb.LoadFile(path));
+    EXPECT_EQ(rtb.Text(), QStringLiteral("first\r\nsecond"));
+    EXPECT_EQ(rtb.SelStart(), 0);
+    EXPECT_EQ(changes, 1);
+
+    const QString foreign = dir.filePath(QStringLiteral("plain.txt"));
+    QFile out(foreign);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write("caf\xe9\nline {\\b no}");
+    out.close();
+    ASSERT_TRUE(rtb.LoadFile(foreign));
+    EXPECT_EQ(rtb.Text(), QStringLiteral("café\r\nline {\\b no}"));
+    EXPECT_FALSE(rtb.LoadFile(dir.filePath(QStringLiteral("missing"))));
+    EXPECT_EQ(rtb.Text(), QStringLiteral("café\r\nline {\\b no}"));
+
+    // Search: from the caret, whole words, case, without highlight.
+    EXPECT_EQ(rtb.Find(QStringLiteral("LINE"), 0), 6);
+    EXPECT_EQ(rtb.SelStart(), 6);
+    EXPECT_EQ(rtb.Find(QStringLiteral("LINE"), 0, 4), -1);
+    EXPECT_EQ(rtb.Find(QStringLiteral("caf"), 0, 2), -1);
+    rtb.setSelStart(0);
+    EXPECT_EQ(rtb.Find(QStringLiteral("no"), -1, 8), 15);
+    EXPECT_EQ(rtb.SelStart(), 0);
+}
