@@ -1,0 +1,101 @@
+// The keys of the player window, sent as real key events to the active
+// window: every one reaches its menu command, F12 included (which the
+// editor does not have), and Esc quits.
+
+#include "DictationApp.h"
+
+#include <QTest>
+
+using namespace dictation;
+
+namespace {
+
+void activate(DictationApp &d)
+{
+    d.app.form2().hide();
+    QApplication::setActiveWindow(&d.f());
+    d.f().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.f()));
+}
+
+} // namespace
+
+TEST(PlayerKeys, EachKeyOfTheTableRunsItsCommand)
+{
+    DictationApp d(Preset{.secSalto = 5, .secIndietro = 2, .tempoPlay = 4});
+    d.open();
+    activate(d);
+    d.app.advance(20000);
+
+    struct Row
+    {
+        const char *name;
+        int key;
+        Qt::KeyboardModifiers modifiers;
+        std::function<void()> check;
+    };
+    const Row rows[] = {
+        {"F5 pauses with the step back", Qt::Key_F5, Qt::NoModifier,
+         [&] {
+             EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
+             EXPECT_DOUBLE_EQ(d.position(), 18.0);
+         }},
+        {"F7 jumps forward", Qt::Key_F7, Qt::NoModifier, [&] { EXPECT_DOUBLE_EQ(d.position(), 23.0); }},
+        {"F6 jumps back", Qt::Key_F6, Qt::NoModifier, [&] { EXPECT_DOUBLE_EQ(d.position(), 18.0); }},
+        {"F4 is faster", Qt::Key_F4, Qt::NoModifier, [&] { EXPECT_NEAR(d.player().rate(), 1.1, 1e-9); }},
+        {"F3 is slower", Qt::Key_F3, Qt::NoModifier, [&] { EXPECT_NEAR(d.player().rate(), 1.0, 1e-9); }},
+        {"F11 shows the full path", Qt::Key_F11, Qt::NoModifier,
+         [&] {
+             EXPECT_TRUE(d.f().mnuTitoloCompleto->isChecked());
+             EXPECT_EQ(d.settingsLine(6), QStringLiteral("1"));
+         }},
+        {"F12 switches smart play on, with its explanation", Qt::Key_F12, Qt::NoModifier,
+         [&] {
+             EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
+             ASSERT_EQ(d.app.dialogs->messages.size(), 1);
+             EXPECT_EQ(d.app.dialogs->messages[0].style, 64);
+             EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
+         }},
+        {"F5 plays and arms the cycle", Qt::Key_F5, Qt::NoModifier,
+         [&] {
+             EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
+             EXPECT_EQ(d.f().Timer5->interval(), 4000);
+         }},
+        {"F12 switches smart play off again, pausing", Qt::Key_F12, Qt::NoModifier,
+         [&] {
+             EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
+             EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
+             EXPECT_EQ(d.app.dialogs->messages.size(), 1);
+         }},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        QTest::keyClick(&d.f(), Qt::Key(row.key), row.modifiers);
+        row.check();
+    }
+}
+
+TEST(PlayerKeys, CtrlOAsksForAFileAndOpensIt)
+{
+    DictationApp d;
+    d.open();
+    activate(d);
+    const QString other = d.app.mediaFile(QStringLiteral("second.wav"), 60.0);
+    d.app.dialogs->answerFile(other);
+    QTest::keyClick(&d.f(), Qt::Key_O, Qt::ControlModifier);
+    ASSERT_EQ(d.app.dialogs->fileDialogs.size(), 1);
+    EXPECT_TRUE(d.app.dialogs->fileDialogs[0].open);
+    EXPECT_EQ(d.player().URL(), other);
+    EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
+}
+
+TEST(PlayerKeys, EscQuitsThroughTheExitCommand)
+{
+    DictationApp d;
+    d.open();
+    activate(d);
+    d.ctx().SecSalto = 11; // unsaved until the exit writes the settings
+    QTest::keyClick(&d.f(), Qt::Key_Escape);
+    EXPECT_TRUE(d.ctx().processEnded());
+    EXPECT_EQ(d.settingsLine(4), QStringLiteral("11"));
+}
