@@ -98,7 +98,7 @@ int main(int argc, char **argv)
         t.start();
         const QString whole = rtb.Text();
         snapshot.push_back(double(t.nsecsElapsed()) / 1e3);
-        if (whole.size() != length)
+        if (whole.size() != rtb.textLength())
             std::printf("unexpected length %lld\n", qint64(whole.size()));
     }
 

@@ -171,6 +171,15 @@ void Writer::collect()
     }
 }
 
+// A family as the font table can hold it and a reader will read it back:
+// control characters are not part of a name, and readers drop the blanks
+// around one. A name that comes out empty is no font of its own.
+QString fontTableName(QString family)
+{
+    family.removeIf([](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+    return family.trimmed();
+}
+
 int Writer::fontIndex(const QString &family)
 {
     auto it = m_fontIndex.constFind(family);
@@ -199,8 +208,9 @@ RunState Writer::stateOf(const QTextCharFormat &f)
     // a family given explicitly always gets an entry of its own, even when
     // it names the default, so that it reads back as given.
     const QStringList families = f.fontFamilies().toStringList();
-    if (!families.isEmpty() && !families.first().isEmpty())
-        s.font = fontIndex(families.first());
+    const QString family = families.isEmpty() ? QString() : fontTableName(families.first());
+    if (!family.isEmpty())
+        s.font = fontIndex(family);
     double points = 0;
     if (f.hasProperty(QTextFormat::FontPointSize))
         points = f.fontPointSize();
@@ -240,11 +250,7 @@ void Writer::header()
         word("\\f", i);
         word("\\fnil");
         word("\\fcharset", 0);
-        // Control characters are not part of a name, and a reader drops
-        // the blanks around one: write the name as it will be read.
-        QString name = fonts.at(i);
-        name.removeIf([](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
-        name = name.trimmed();
+        const QString name = fontTableName(fonts.at(i));
         // A semicolon would end the name early.
         for (QChar c : std::as_const(name)) {
             if (c == u';') {
