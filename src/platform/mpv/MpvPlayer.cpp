@@ -44,6 +44,8 @@ constexpr uint64_t tag(ReplyKind kind, uint64_t serial)
 // playing) the position runs on by the clock, but never further than this:
 // if mpv stalls, the position waits for it rather than running away.
 constexpr double MaxExtrapolation = 0.5;
+// time-pos within this of the length is the end of the media.
+constexpr double EndSlack = 0.01;
 
 // mpv takes speeds in this range and keeps the old one for anything else.
 constexpr double MinSpeed = 0.01;
@@ -221,6 +223,7 @@ void MpvPlayer::handleProperty(uint64_t id, const void *data)
         if (!hasDouble)
             return;
         m_mpvTimePos = value;
+        checkEnd();
         // Only a report made while mpv plays, after any seek and resume
         // have taken effect, moves the position: while paused, time-pos
         // drifts and after a paused seek it is short by the audio buffer,
@@ -352,12 +355,17 @@ void MpvPlayer::onPlaybackRestart()
 // pause keeps the last words audible: eof-reached comes while the audio
 // output still holds a few hundred milliseconds of sound. While playing,
 // only a pause that mpv reported after it took our resume counts; an older
-// one may still be on its way.
+// one may still be on its way. When the rest of the media plays out in less
+// time than mpv takes to report (a resume just before the end), mpv may
+// report no resume at all, only the pause it was already in: then the
+// resume it has acknowledged and time-pos standing at the length tell it.
 void MpvPlayer::checkEnd()
 {
     if (!m_mpvEof || !m_mpvPaused || seekBusy())
         return;
-    if (m_mode == Mode::Paused || (m_mode == Mode::Playing && m_mpvResumed))
+    const bool playedOut = m_mpvResumed
+        || (m_unpauseAcked == m_unpauseSerial && m_duration > 0 && m_mpvTimePos >= m_duration - EndSlack);
+    if (m_mode == Mode::Paused || (m_mode == Mode::Playing && playedOut))
         setMode(Mode::Stopped);
 }
 
