@@ -1,7 +1,10 @@
 #include "app/Controls.h"
 
+#include <QAction>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QWidget>
 #include <algorithm>
@@ -146,4 +149,36 @@ void CaptionLabel::mouseReleaseEvent(QMouseEvent *event)
     if (onClick && event->button() == Qt::LeftButton)
         onClick();
     QLabel::mouseReleaseEvent(event);
+}
+
+QMenu *MenuBuilder::menu(QMenuBar *bar, const char *name, const char *caption)
+{
+    QMenu *m = bar->addMenu(QString::fromUtf8(caption));
+    m->setObjectName(QString::fromUtf8(name));
+    m->menuAction()->setObjectName(QString::fromUtf8(name));
+    return m;
+}
+
+QAction *MenuBuilder::command(QWidget *window, QMenu *menu, const char *name, const char *caption,
+                              const QKeySequence &key, std::function<void()> handler)
+{
+    auto *a = new QAction(QString::fromUtf8(caption), window);
+    a->setObjectName(QString::fromUtf8(name));
+    if (!key.isEmpty())
+        a->setShortcut(key);
+    a->setShortcutContext(Qt::WindowShortcut);
+    QObject::connect(a, &QAction::triggered, window, [a, handler = std::move(handler)] {
+        if (a->isCheckable())
+            a->setChecked(!a->isChecked());
+        handler();
+    });
+    menu->addAction(a);
+    return a;
+}
+
+QAction *MenuBuilder::separator(QMenu *menu, const char *name)
+{
+    QAction *a = menu->addSeparator();
+    a->setObjectName(QString::fromUtf8(name));
+    return a;
 }

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QLabel>
 #include <QString>
 #include <functional>
+
+class QAction;
+class QMenu;
+class QMenuBar;
 
 // Positions and sizes of the windows' controls are kept in twips (1/1440 of
 // an inch), since the program's arithmetic on them (bar widths, volume
@@ -128,3 +133,15 @@ protected:
 private:
     QString m_caption;
 };
+
+// Menus as every window here builds them: each menu and command named as the
+// program names its controls, shortcuts local to the window.
+namespace MenuBuilder {
+QMenu *menu(QMenuBar *bar, const char *name, const char *caption);
+// A checkable command's handler inverts the mark itself, as the program's
+// routines read and set it; the toolkit's own toggle, made before
+// `triggered`, is undone first.
+QAction *command(QWidget *window, QMenu *menu, const char *name, const char *caption, const QKeySequence &key,
+                 std::function<void()> handler);
+QAction *separator(QMenu *menu, const char *name);
+} // namespace MenuBuilder

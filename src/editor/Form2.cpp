@@ -130,28 +130,12 @@ void Form2::buildControls()
 void Form2::buildMenus()
 {
     QMenuBar *bar = menuBar();
-    auto item = [this](QMenu *menu, const char *name, const char *caption, QKeySequence key,
+    auto item = [this](QMenu *menu, const char *name, const char *caption, const QKeySequence &key,
                        std::function<void()> handler) {
-        auto *a = new QAction(QString::fromUtf8(caption), this);
-        a->setObjectName(QString::fromUtf8(name));
-        if (!key.isEmpty())
-            a->setShortcut(key);
-        a->setShortcutContext(Qt::WindowShortcut);
-        connect(a, &QAction::triggered, this, [handler] { handler(); });
-        menu->addAction(a);
-        return a;
+        return MenuBuilder::command(this, menu, name, caption, key, std::move(handler));
     };
-    auto menu = [bar](const char *name, const char *caption) {
-        QMenu *m = bar->addMenu(QString::fromUtf8(caption));
-        m->setObjectName(QString::fromUtf8(name));
-        m->menuAction()->setObjectName(QString::fromUtf8(name));
-        return m;
-    };
-    auto separator = [](QMenu *m, const char *name) {
-        QAction *a = m->addSeparator();
-        a->setObjectName(QString::fromUtf8(name));
-        return a;
-    };
+    auto menu = [bar](const char *name, const char *caption) { return MenuBuilder::menu(bar, name, caption); };
+    auto separator = [](QMenu *m, const char *name) { return MenuBuilder::separator(m, name); };
 
     mnuFile = menu("mnuFile", "&File");
     mnuNuovo = item(mnuFile, "mnuNuovo", "&Nuovo", QKeySequence(Qt::CTRL | Qt::Key_N), [this] { mnuNuovo_Click(); });

@@ -138,30 +138,11 @@ void Form1::buildSkin()
 void Form1::buildMenus()
 {
     QMenuBar *bar = menuBar();
-    auto item = [this](QMenu *menu, const char *name, const char *caption, QKeySequence key,
+    auto item = [this](QMenu *menu, const char *name, const char *caption, const QKeySequence &key,
                        std::function<void()> handler) {
-        auto *a = new QAction(QString::fromUtf8(caption), this);
-        a->setObjectName(QString::fromUtf8(name));
-        if (!key.isEmpty())
-            a->setShortcut(key);
-        a->setShortcutContext(Qt::WindowShortcut);
-        // A checkable command's handler inverts the mark itself, as the
-        // program's routines read and set it; the toolkit's own toggle,
-        // made before `triggered`, is undone first.
-        QObject::connect(a, &QAction::triggered, this, [a, handler] {
-            if (a->isCheckable())
-                a->setChecked(!a->isChecked());
-            handler();
-        });
-        menu->addAction(a);
-        return a;
+        return MenuBuilder::command(this, menu, name, caption, key, std::move(handler));
     };
-    auto menu = [bar](const char *name, const char *caption) {
-        QMenu *m = bar->addMenu(QString::fromUtf8(caption));
-        m->setObjectName(QString::fromUtf8(name));
-        m->menuAction()->setObjectName(QString::fromUtf8(name));
-        return m;
-    };
+    auto menu = [bar](const char *name, const char *caption) { return MenuBuilder::menu(bar, name, caption); };
 
     mnuFile = menu("mnuFile", "&File");
     mnuApri = item(mnuFile, "mnuApri", "&Apri file...", QKeySequence(Qt::CTRL | Qt::Key_O), [this] { mnuApri_Click(); });

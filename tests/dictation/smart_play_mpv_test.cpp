@@ -3,6 +3,7 @@
 // back, says it should. This is what a typist hears; the fake player cannot
 // tell whether a resume, a seek or a timer is late.
 
+#include "WaitFor.h"
 #include "DictationApp.h"
 
 #include "platform/QtServices.h"
@@ -40,21 +41,6 @@ void writeWav(const QString &path, int seconds)
         const double t = double(i) / rate;
         out << qint16(8000 * std::sin(2 * M_PI * (200 + 10 * t) * t));
     }
-}
-
-bool waitFor(const std::function<bool()> &done, int timeoutMs)
-{
-    QEventLoop loop;
-    QTimer poll;
-    QElapsedTimer clock;
-    clock.start();
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || clock.elapsed() > timeoutMs)
-            loop.quit();
-    });
-    poll.start(5);
-    loop.exec();
-    return done();
 }
 
 } // namespace

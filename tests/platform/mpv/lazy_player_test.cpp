@@ -3,6 +3,7 @@
 // This test does not link the module; it finds it in the build's program
 // folder, as the program does.
 
+#include "WaitFor.h"
 #include "WavSignal.h"
 
 #include "platform/LazyPlayer.h"
@@ -21,23 +22,6 @@
 #endif
 
 namespace {
-
-bool waitFor(const std::function<bool()> &done, int timeoutMs = 5000)
-{
-    if (done())
-        return true;
-    QEventLoop loop;
-    QTimer poll;
-    QElapsedTimer clock;
-    clock.start();
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || clock.elapsed() > timeoutMs)
-            loop.quit();
-    });
-    poll.start(1);
-    loop.exec();
-    return done();
-}
 
 #if defined(__linux__)
 bool libmpvInProcess()
@@ -81,7 +65,7 @@ protected:
 
     static bool settledIn(LazyPlayer &player, int state)
     {
-        return waitFor([&] { return player.playState() != PlayerControl::Transitioning; })
+        return waitFor([&] { return player.playState() != PlayerControl::Transitioning; }, 5000)
                && player.playState() == state;
     }
 

@@ -2,6 +2,7 @@
 // with the null audio output (timed like a sound card) and, where the sound
 // itself is checked, with the pcm output writing to a file.
 
+#include "WaitFor.h"
 #include "WavSignal.h"
 
 #include "platform/mpv/MpvPlayer.h"
@@ -21,24 +22,6 @@
 namespace {
 
 constexpr double SeekTolerance = 0.020; // seconds
-
-// Runs the event loop until done() holds or the time is up.
-bool waitFor(const std::function<bool()> &done, int timeoutMs = 3000)
-{
-    if (done())
-        return true;
-    QEventLoop loop;
-    QTimer poll;
-    QElapsedTimer clock;
-    clock.start();
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || clock.elapsed() > timeoutMs)
-            loop.quit();
-    });
-    poll.start(1);
-    loop.exec();
-    return done();
-}
 
 // Waits for mpv to carry out the latest seek; mpv's own position then. The
 // report that comes with the restart can be one step behind when seeks
