@@ -9,11 +9,13 @@ build-essential cmake pkg-config
 qt6-base-dev qt6-base-dev-tools qt6-multimedia-dev libqt6opengl6-dev
 libqt6svg6 qt6-image-formats-plugins qt6-qpa-plugins
 libmpv-dev libgl-dev libgl1-mesa-dri
+libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libxkbcommon-dev
 libgtest-dev googletest
-xvfb xauth xdotool
+xvfb xauth xdotool x11-xkb-utils openbox dbus
 espeak-ng sox libsox-fmt-all ffmpeg
 pulseaudio pulseaudio-utils libpulse-dev
-libreoffice-writer-nogui
+libreoffice-writer-nogui poppler-utils
+desktop-file-utils appstream
 clang libclang-rt-14-dev
 fonts-dejavu-core
 "

@@ -56,26 +56,69 @@ std::optional<QStringList> readLines(const QString &path, const char *legacyCode
     return splitLines(decode(*bytes, legacyCodec));
 }
 
-bool writeBytes(const QString &path, const QByteArray &bytes)
+namespace {
+
+// The last resort where no temporary file can be made beside the target (a
+// folder the user may not write, a name at the file system's length limit):
+// the existing file is overwritten in place, as the platform's own editors do.
+bool writeInPlace(const QString &path, const QByteArray &bytes, QString *error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    file.close();
+    if (file.error() != QFileDevice::NoError) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool writeBytes(const QString &path, const QByteArray &bytes, QString *error)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly)) {
+        // No temporary file could be made; an existing file is still written.
+        if (QFile::exists(path))
+            return writeInPlace(path, bytes, error);
+        if (error)
+            *error = file.errorString();
         return false;
+    }
     if (file.write(bytes) != bytes.size()) {
+        if (error)
+            *error = file.errorString();
         file.cancelWriting();
         return false;
     }
-    return file.commit();
+    if (!file.commit()) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    return true;
 }
 
-bool writeLines(const QString &path, const QStringList &lines)
+bool writeLines(const QString &path, const QStringList &lines, QString *error)
 {
     QByteArray bytes;
     for (const QString &line : lines) {
         bytes += line.toUtf8();
         bytes += "\r\n";
     }
-    return writeBytes(path, bytes);
+    return writeBytes(path, bytes, error);
 }
 
 } // namespace TextFile

@@ -24,9 +24,13 @@ std::optional<QStringList> readLines(const QString &path,
                                      const char *legacyCodec = DefaultLegacyCodec);
 std::optional<QByteArray> readBytes(const QString &path);
 
-// Writes the lines, each ended by CR LF, in UTF-8. The old file is replaced
-// only once the whole new one is written, so a failed write loses nothing.
-bool writeLines(const QString &path, const QStringList &lines);
-bool writeBytes(const QString &path, const QByteArray &bytes);
+// The one routine through which every file the user keeps is written. The
+// bytes go to a temporary file that atomically replaces the old one once the
+// whole of it is written, so a failed write loses nothing. Where the folder
+// allows no temporary file, an existing file is written in place instead.
+// False, with the system's reason in `error`, when nothing could be written.
+bool writeBytes(const QString &path, const QByteArray &bytes, QString *error = nullptr);
+// The lines, each ended by CR LF, in UTF-8, through writeBytes.
+bool writeLines(const QString &path, const QStringList &lines, QString *error = nullptr);
 
 } // namespace TextFile
