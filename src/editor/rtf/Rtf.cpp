@@ -54,8 +54,9 @@ void insert(QTextCursor &cursor, const QByteArray &data)
     cursor.endEditBlock();
 }
 
-void load(QTextDocument &doc, const QByteArray &data)
+LoadReport load(QTextDocument &doc, const QByteArray &data)
 {
+    LoadReport report;
     // A loaded file is no edit to undo; recording it would only cost time.
     const bool undo = doc.isUndoRedoEnabled();
     doc.setUndoRedoEnabled(false);
@@ -72,6 +73,7 @@ void load(QTextDocument &doc, const QByteArray &data)
     }
     cursor.endEditBlock();
     doc.setUndoRedoEnabled(undo);
+    return report;
 }
 
 } // namespace Rtf

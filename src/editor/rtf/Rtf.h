@@ -42,10 +42,18 @@ QByteArray fromSelection(const QTextCursor &cursor);
 // step.
 void insert(QTextCursor &cursor, const QByteArray &data);
 
+// What a load could not keep of a file.
+struct LoadReport
+{
+    // The file held content the editor cannot keep (tables, footnotes,
+    // headers and the like): a save over it would lose that content.
+    bool lostContent = false;
+};
+
 // Replaces the whole content of the document by the data, with the same
 // rules as insert(). An empty last paragraph left after the final \par is
 // dropped, as word processors do. Clears the document's undo history.
-void load(QTextDocument &doc, const QByteArray &data);
+LoadReport load(QTextDocument &doc, const QByteArray &data);
 
 // Plain text as it is inserted when the data isn't RTF: UTF-8 when valid,
 // otherwise windows-1252; CR LF, CR and LF become paragraph ends.
