@@ -1,7 +1,8 @@
 // Feeds arbitrary bytes to the RTF reader and checks what must hold for any
 // input: the reader finishes, what it read writes out and reads back to the
-// same text, a second write gives the same bytes, and an insertion leaves
-// the text around the selection alone.
+// same text and pictures, a second write gives the same bytes (pictures are
+// written back as they stood), and an insertion leaves the text around the
+// selection alone.
 #include "editor/rtf/Rtf.h"
 
 #include <QGuiApplication>
@@ -43,6 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     QTextDocument again;
     Rtf::load(again, written);
+    // Text and pictures alike: a picture is one object mark in the text.
     check(again.toPlainText() == doc.toPlainText());
     check(Rtf::fromDocument(again) == written);
 

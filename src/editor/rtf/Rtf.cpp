@@ -66,6 +66,7 @@ LoadReport load(QTextDocument &doc, const QByteArray &data)
     if (looksLikeRtf(data)) {
         detail::DocumentBuilder builder(cursor, true);
         detail::read(data, builder);
+        report.lostContent = builder.lostContent;
     } else {
         const QString text = plainFallbackDecode(data);
         if (!text.isEmpty())

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTextFormat>
 
 class QTextCursor;
 class QTextDocument;
@@ -22,6 +23,10 @@ class QTextDocument;
 // The reader takes any input: it never crashes, runs in time linear in the
 // input and uses memory bounded by a small multiple of it.
 namespace Rtf {
+
+// The property of a picture's image format that holds the picture's group as
+// it stood in the file it came from; the writer writes it back unchanged.
+inline constexpr int PictureSourceProperty = QTextFormat::UserProperty + 0x5150;
 
 // True when the data starts exactly with "{\rtf".
 bool looksLikeRtf(const QByteArray &data);

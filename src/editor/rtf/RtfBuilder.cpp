@@ -3,6 +3,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextList>
+#include <QUrl>
 
 namespace Rtf::detail {
 
@@ -33,6 +34,13 @@ void DocumentBuilder::addText(const QString &text, const QTextCharFormat &format
         return;
     openPendingParagraph();
     m_cursor.insertText(text, format);
+}
+
+void DocumentBuilder::addImage(const QTextImageFormat &format, const QImage &image)
+{
+    openPendingParagraph();
+    m_cursor.document()->addResource(QTextDocument::ImageResource, QUrl(format.name()), image);
+    m_cursor.insertImage(format);
 }
 
 void DocumentBuilder::formatCurrentBlock(const QTextBlockFormat &block, const ListRequest &list,

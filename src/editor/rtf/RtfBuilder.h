@@ -5,6 +5,7 @@
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
 #include <QTextCursor>
+#include <QTextImageFormat>
 #include <QTextListFormat>
 #include <map>
 #include <utility>
@@ -35,6 +36,12 @@ public:
     const QFont &defaultFont() const { return m_defaultFont; }
 
     void addText(const QString &text, const QTextCharFormat &format);
+    // A picture: the image shown goes into the document's resources under
+    // the format's name.
+    void addImage(const QTextImageFormat &format, const QImage &image);
+
+    // Set by the reader when the data held content the document cannot keep.
+    bool lostContent = false;
     void endParagraph(const QTextBlockFormat &block, const ListRequest &list,
                       const QTextCharFormat &mark);
     // The end of the data, with the paragraph state then in force.

@@ -40,6 +40,10 @@ constexpr Named Codepages[] = {
     {28594, "ISO-8859-4", false}, {28595, "ISO-8859-5", false},  {28596, "ISO-8859-6", false},
     {28597, "ISO-8859-7", false}, {28598, "ISO-8859-8", false},  {28599, "ISO-8859-9", false},
     {28605, "ISO-8859-15", false}, {54936, "GB18030", true},     {65001, "UTF-8", true},
+    // The Mac's East Asian code pages, by the nearest encodings the
+    // converter knows: their byte sequences are the same for text.
+    {10001, "Shift_JIS", true},   {10002, "Big5", true},         {10003, "EUC-KR", true},
+    {10008, "GB2312", true},      {10021, "TIS-620", false},     {10081, "x-mac-turkish", false},
 };
 
 const Named *named(int codepage)
@@ -70,7 +74,20 @@ bool decoderAvailable(const Named &n)
 int codepageForCharset(int charset)
 {
     switch (charset) {
+    case 0: return 1252; // ANSI: Western, whatever the document's code page
     case 77: return 10000;
+    case 78: return 10001;
+    case 79: return 10003;
+    case 80: return 10008;
+    case 81: return 10002;
+    case 83: return 10005;
+    case 84: return 10004;
+    case 85: return 10006;
+    case 86: return 10081;
+    case 87: return 10021;
+    case 88: return 10029;
+    case 89: return 10007;
+    case 130: return 1361;
     case 128: return 932;
     case 129: return 949;
     case 134: return 936;
@@ -86,7 +103,7 @@ int codepageForCharset(int charset)
     case 238: return 1250;
     case 254: return 437;
     case 255: return 850;
-    default: return 0; // ANSI, default, symbol and the unknown: the document's
+    default: return 0; // default, symbol and the unknown: the document's
     }
 }
 

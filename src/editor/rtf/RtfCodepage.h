@@ -51,6 +51,14 @@ private:
     bool m_waiting = false;
 };
 
+// Characters that are no text of a document: controls, and the marks a text
+// document keeps for objects, frames and paragraph boundaries. The writer
+// drops them, so a name or a text holding them would not read back the same.
+inline bool isNoText(char16_t c)
+{
+    return c < 0x20 || c == 0x7F || c == 0xFFFC || c == 0xFDD0 || c == 0xFDD1 || c == 0x2029;
+}
+
 // The windows-1252 byte of a character, or 0 when it has none; used for the
 // ANSI fallback that follows \uN.
 unsigned char cp1252Byte(char16_t c);

@@ -33,6 +33,10 @@ void Reader::endDestination(const GroupState &closing)
         if (outer != Dest::ListOverride && m_overrides.size() < MaxLists)
             m_overrides.insert(m_overrideIndex, m_overrideList);
         break;
+    case Dest::Picture:
+        if (outer != Dest::Picture)
+            endPicture(closing);
+        break;
     case Dest::Pn:
         if (outer == Dest::Text && m_pn.pnLevel > 0) {
             top().para.pnLevel = m_pn.pnLevel;
@@ -66,6 +70,22 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
             s.dest = Dest::Skip;
         return;
     case Kw::SkipDestination: s.dest = Dest::Skip; return;
+    case Kw::LossyDestination:
+        if (dest != Dest::Skip)
+            m_builder.lostContent = true;
+        s.dest = Dest::Skip;
+        return;
+    case Kw::ShapePicture:
+        s.dest = dest == Dest::Text ? Dest::ShapePicture : Dest::Skip;
+        return;
+    case Kw::Picture:
+        if (dest == Dest::Text || dest == Dest::ShapePicture) {
+            s.dest = Dest::Picture;
+            m_picture = PictureState();
+        } else {
+            s.dest = Dest::Skip;
+        }
+        return;
     case Kw::FontTable:
         enter(Dest::FontTable);
         m_pendingFontName.clear();
@@ -118,7 +138,12 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
             s.dest = Dest::Skip;
         }
         return;
-    case Kw::Object: enter(Dest::Object); return;
+    case Kw::Object:
+        // The object's last picture or text is kept; the object itself is not.
+        if (dest != Dest::Skip)
+            m_builder.lostContent = true;
+        enter(Dest::Object);
+        return;
     case Kw::Result:
         if (dest == Dest::Object)
             s.dest = Dest::Text;
@@ -161,12 +186,16 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         if (dest == Dest::Text && (m_paraHasContent || !m_run.isEmpty()))
             endParagraph();
         break;
+    // A table's cells run on as tab-separated text: the table is lost.
     case Kw::Cell:
-        if (dest == Dest::Text)
+        if (dest == Dest::Text) {
             ++m_pendingTabs;
+            m_builder.lostContent = true;
+        }
         break;
     case Kw::Row:
         if (dest == Dest::Text) {
+            m_builder.lostContent = true;
             m_pendingTabs = 0;
             endParagraph();
         }
@@ -205,16 +234,24 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
     case Kw::Super: s.chr.vertical = Vertical::Super; charChange(); break;
     case Kw::Sub: s.chr.vertical = Vertical::Sub; charChange(); break;
     case Kw::NoSuperSub: s.chr.vertical = Vertical::Normal; charChange(); break;
-    case Kw::LowChars: s.chr.doubleByteSelected = false; break;
-    case Kw::DoubleByteChars: s.chr.doubleByteSelected = true; break;
+    case Kw::LowChars: s.chr.charClass = CharClass::Low; break;
+    case Kw::HighChars: s.chr.charClass = CharClass::High; break;
+    case Kw::DoubleByteChars: s.chr.charClass = CharClass::DoubleByte; break;
+    case Kw::RightToLeftChars: s.chr.charClass = CharClass::RightToLeft; break;
+    case Kw::LeftToRightChars: s.chr.charClass = CharClass::None; break;
     case Kw::AssocFont:
-        if (s.chr.doubleByteSelected && hasParam) {
-            s.chr.eastAsianFont = std::max(param, 0);
-            charChange();
+        if (!hasParam)
+            break;
+        switch (s.chr.charClass) {
+        case CharClass::Low: s.chr.lowFont = std::max(param, 0); break;
+        case CharClass::High: s.chr.highFont = std::max(param, 0); break;
+        case CharClass::DoubleByte: s.chr.eastAsianFont = std::max(param, 0); break;
+        default: break;
         }
+        charChange();
         break;
     case Kw::AssocFontSize:
-        if (s.chr.doubleByteSelected && param > 0) {
+        if (s.chr.charClass == CharClass::DoubleByte && param > 0) {
             s.chr.eastAsianHalfPoints = std::min(param, 3276);
             charChange();
         }
@@ -223,7 +260,7 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         if (dest == Dest::FontTable) {
             commitFont();
             m_pendingFontIndex = std::max(param, 0);
-            m_pendingFontCharset = 0;
+            m_pendingFontCharset = -1;
             m_pendingFontCodepage = 0;
         } else if (dest != Dest::ListLevel && dest != Dest::LevelText && hasParam) {
             s.chr.font = std::max(param, 0);
@@ -260,10 +297,12 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         break;
     case Kw::ListLevelIndex: s.para.listLevel = clampInt(param, 0, MaxLevels - 1); break;
 
-    case Kw::Ansi: m_docCodepage = DefaultCodepage; break;
-    case Kw::Mac: m_docCodepage = 10000; break;
-    case Kw::Pc: m_docCodepage = 437; break;
-    case Kw::Pca: m_docCodepage = 850; break;
+    // The character set of the document; an \ansicpg that follows names the
+    // code page more exactly (a Japanese Mac document: \mac\ansicpg10001).
+    case Kw::Ansi: m_docCodepage = DefaultCodepage; m_lastFontIndex = -2; break;
+    case Kw::Mac: m_docCodepage = 10000; m_lastFontIndex = -2; break;
+    case Kw::Pc: m_docCodepage = 437; m_lastFontIndex = -2; break;
+    case Kw::Pca: m_docCodepage = 850; m_lastFontIndex = -2; break;
     case Kw::AnsiCodepage:
         if (CodepageDecoder::isSupported(param))
             m_docCodepage = param;
@@ -283,12 +322,20 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
     }
     case Kw::FontCharset:
         if (dest == Dest::FontTable)
-            m_pendingFontCharset = param;
+            m_pendingFontCharset = std::max(param, 0);
         break;
     case Kw::FontCodepage:
         if (dest == Dest::FontTable)
             m_pendingFontCodepage = param;
         break;
+    case Kw::PngBlip: if (dest == Dest::Picture) m_picture.kind = PictureState::Kind::Png; break;
+    case Kw::JpegBlip: if (dest == Dest::Picture) m_picture.kind = PictureState::Kind::Jpeg; break;
+    case Kw::PictureWidth: if (dest == Dest::Picture) m_picture.width = clampInt(param, 0, 100000); break;
+    case Kw::PictureHeight: if (dest == Dest::Picture) m_picture.height = clampInt(param, 0, 100000); break;
+    case Kw::PictureGoalWidth: if (dest == Dest::Picture) m_picture.goalWidth = clampInt(param, 0, 1000000); break;
+    case Kw::PictureGoalHeight: if (dest == Dest::Picture) m_picture.goalHeight = clampInt(param, 0, 1000000); break;
+    case Kw::PictureScaleX: if (dest == Dest::Picture && param > 0) m_picture.scaleX = clampInt(param, 1, 1000); break;
+    case Kw::PictureScaleY: if (dest == Dest::Picture && param > 0) m_picture.scaleY = clampInt(param, 1, 1000); break;
     case Kw::Red: if (dest == Dest::ColorTable) m_red = clampInt(param, 0, 255); break;
     case Kw::Green: if (dest == Dest::ColorTable) m_green = clampInt(param, 0, 255); break;
     case Kw::Blue: if (dest == Dest::ColorTable) m_blue = clampInt(param, 0, 255); break;

@@ -46,7 +46,17 @@ int Reader::codepage()
         const int cp = codepageForCharset(m_pendingFontCharset);
         return cp ? cp : m_docCodepage;
     }
-    const int index = s.chr.font < 0 ? m_defaultFont : s.chr.font;
+    // A byte belongs to the font of its class of characters where \af gave
+    // one (Word's \hich\af, \dbch\af), otherwise to the run's font; a font
+    // whose \fcharset names a character set decodes in its code page, one
+    // without in the document's.
+    int index = s.chr.font < 0 ? m_defaultFont : s.chr.font;
+    switch (s.chr.charClass) {
+    case CharClass::Low: index = s.chr.lowFont >= 0 ? s.chr.lowFont : index; break;
+    case CharClass::High: index = s.chr.highFont >= 0 ? s.chr.highFont : index; break;
+    case CharClass::DoubleByte: index = s.chr.eastAsianFont >= 0 ? s.chr.eastAsianFont : index; break;
+    default: break;
+    }
     if (index != m_lastFontIndex) {
         m_lastFontIndex = index;
         const auto it = m_fonts.constFind(index);

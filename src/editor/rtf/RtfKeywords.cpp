@@ -19,20 +19,28 @@ constexpr Entry Entries[] = {
     {"pn", Kw::Pn}, {"object", Kw::Object}, {"result", Kw::Result},
     {"fldrslt", Kw::FieldResult}, {"field", Kw::Field},
 
+    {"pict", Kw::Picture}, {"shppict", Kw::ShapePicture}, {"pngblip", Kw::PngBlip},
+    {"jpegblip", Kw::JpegBlip}, {"picw", Kw::PictureWidth}, {"pich", Kw::PictureHeight},
+    {"picwgoal", Kw::PictureGoalWidth}, {"pichgoal", Kw::PictureGoalHeight},
+    {"picscalex", Kw::PictureScaleX}, {"picscaley", Kw::PictureScaleY},
+
+    // Content of the document that the editor has no place for.
+    {"header", Kw::LossyDestination}, {"headerl", Kw::LossyDestination},
+    {"headerr", Kw::LossyDestination}, {"headerf", Kw::LossyDestination},
+    {"footer", Kw::LossyDestination}, {"footerl", Kw::LossyDestination},
+    {"footerr", Kw::LossyDestination}, {"footerf", Kw::LossyDestination},
+    {"footnote", Kw::LossyDestination}, {"annotation", Kw::LossyDestination},
+    {"shp", Kw::LossyDestination}, {"do", Kw::LossyDestination},
+
     // Everything here holds no text of the body: document data, styles,
-    // pictures, headers and notes, the drawn number of a list item, field
-    // instructions, shapes, and the pieces of the list tables not used.
+    // the drawn number of a list item, field instructions, the fallback
+    // pictures for readers without pictures, and the pieces of the list
+    // tables not used.
     {"stylesheet", Kw::SkipDestination}, {"info", Kw::SkipDestination},
-    {"pict", Kw::SkipDestination}, {"header", Kw::SkipDestination},
-    {"headerl", Kw::SkipDestination}, {"headerr", Kw::SkipDestination},
-    {"headerf", Kw::SkipDestination}, {"footer", Kw::SkipDestination},
-    {"footerl", Kw::SkipDestination}, {"footerr", Kw::SkipDestination},
-    {"footerf", Kw::SkipDestination}, {"footnote", Kw::SkipDestination},
     {"pntext", Kw::SkipDestination}, {"listtext", Kw::SkipDestination},
     {"fldinst", Kw::SkipDestination}, {"pntxta", Kw::SkipDestination},
     {"pntxtb", Kw::SkipDestination}, {"levelnumbers", Kw::SkipDestination},
     {"listname", Kw::SkipDestination}, {"lfolevel", Kw::SkipDestination},
-    {"shp", Kw::SkipDestination}, {"shppict", Kw::SkipDestination},
     {"nonshppict", Kw::SkipDestination}, {"themedata", Kw::SkipDestination},
     {"colorschememapping", Kw::SkipDestination}, {"datastore", Kw::SkipDestination},
     {"latentstyles", Kw::SkipDestination}, {"xmlnstbl", Kw::SkipDestination},
@@ -40,11 +48,11 @@ constexpr Entry Entries[] = {
     {"rsidtbl", Kw::SkipDestination}, {"generator", Kw::SkipDestination},
     {"userprops", Kw::SkipDestination}, {"docvar", Kw::SkipDestination},
     {"template", Kw::SkipDestination}, {"bkmkstart", Kw::SkipDestination},
-    {"bkmkend", Kw::SkipDestination}, {"annotation", Kw::SkipDestination},
+    {"bkmkend", Kw::SkipDestination},
     {"atnid", Kw::SkipDestination}, {"atnauthor", Kw::SkipDestination},
     {"ftnsep", Kw::SkipDestination}, {"ftnsepc", Kw::SkipDestination},
     {"aftnsep", Kw::SkipDestination}, {"aftnsepc", Kw::SkipDestination},
-    {"do", Kw::SkipDestination}, {"xe", Kw::SkipDestination}, {"tc", Kw::SkipDestination},
+    {"xe", Kw::SkipDestination}, {"tc", Kw::SkipDestination},
     {"txe", Kw::SkipDestination}, {"private", Kw::SkipDestination},
     {"objdata", Kw::SkipDestination}, {"objclass", Kw::SkipDestination},
     {"objname", Kw::SkipDestination}, {"fchars", Kw::SkipDestination},
@@ -73,8 +81,8 @@ constexpr Entry Entries[] = {
     {"f", Kw::Font}, {"fs", Kw::FontSize}, {"cf", Kw::Color}, {"cb", Kw::Background},
     {"chcbpat", Kw::Background}, {"highlight", Kw::Background}, {"super", Kw::Super},
     {"sub", Kw::Sub}, {"nosupersub", Kw::NoSuperSub}, {"v", Kw::Hidden},
-    {"loch", Kw::LowChars}, {"hich", Kw::LowChars}, {"ltrch", Kw::LowChars},
-    {"rtlch", Kw::LowChars}, {"dbch", Kw::DoubleByteChars}, {"af", Kw::AssocFont},
+    {"loch", Kw::LowChars}, {"hich", Kw::HighChars}, {"ltrch", Kw::LeftToRightChars},
+    {"rtlch", Kw::RightToLeftChars}, {"dbch", Kw::DoubleByteChars}, {"af", Kw::AssocFont},
     {"afs", Kw::AssocFontSize},
 
     {"pard", Kw::Pard}, {"ql", Kw::AlignLeft}, {"qc", Kw::AlignCenter},

@@ -11,15 +11,21 @@ enum class Kw {
     // Destinations read.
     FontTable, ColorTable, ListTable, List, ListLevel, LevelText, ListOverrideTable,
     ListOverride, Pn, Object, Result, FieldResult, Field,
-    // Destinations whose content is dropped.
-    SkipDestination,
+    // Pictures: the picture, the container of the one meant for readers that
+    // know pictures, and the words that tell its kind and size.
+    Picture, ShapePicture, PngBlip, JpegBlip, PictureWidth, PictureHeight, PictureGoalWidth,
+    PictureGoalHeight, PictureScaleX, PictureScaleY,
+    // Destinations whose content is dropped; the lossy ones hold content of
+    // the document that the editor cannot keep (headers, notes, shapes).
+    SkipDestination, LossyDestination,
     // Characters and breaks.
     Par, Line, Tab, EmDash, EnDash, EmSpace, EnSpace, QmSpace, Bullet, LQuote, RQuote,
     LDblQuote, RDblQuote, Zwj, Zwnj, LtrMark, RtlMark, Sect, Page, Column, Cell, Row,
     // Character formatting.
     Plain, Bold, Italic, Underline, UnderlineNone, UnderlineDotted, UnderlineDash,
     UnderlineDashDot, UnderlineDashDotDot, UnderlineWave, Strike, Font, FontSize,
-    Color, Background, Super, Sub, NoSuperSub, Hidden, LowChars, DoubleByteChars,
+    Color, Background, Super, Sub, NoSuperSub, Hidden, LowChars, HighChars, DoubleByteChars,
+    LeftToRightChars, RightToLeftChars,
     AssocFont, AssocFontSize,
     // Paragraph formatting.
     Pard, AlignLeft, AlignCenter, AlignRight, AlignJustify, LeftIndent, RightIndent,

@@ -2,6 +2,12 @@
 
 #include "editor/rtf/RtfReaderState.h"
 
+#include "editor/rtf/Rtf.h"
+
+#include <QCryptographicHash>
+#include <QImage>
+#include <QPainter>
+
 namespace Rtf::detail {
 
 namespace reader {
@@ -58,6 +64,7 @@ void Reader::openGroup()
     GroupState s = m_stack.back();
     if (m_stack.size() == 1)
         s.dest = Dest::Text;
+    s.start = m_pos - 1;
     m_stack.push_back(s);
     m_stateMaybeChanged = true;
 }
@@ -185,7 +192,76 @@ void Reader::binary(int length)
 {
     if (length <= 0)
         return;
-    m_pos += std::min<qsizetype>(length, m_size - m_pos);
+    const qsizetype n = std::min<qsizetype>(length, m_size - m_pos);
+    if (m_overflow == 0 && top().dest == Dest::Picture) {
+        m_picture.nibble = -1;
+        m_picture.data.append(reinterpret_cast<const char *>(m_data) + m_pos, n);
+    }
+    m_pos += n;
+}
+
+// The hex digits of a picture's data; anything else between them is layout.
+void Reader::pictureByte(unsigned char byte)
+{
+    const int d = hexValue(byte);
+    if (d < 0)
+        return;
+    if (m_picture.nibble < 0) {
+        m_picture.nibble = d;
+        return;
+    }
+    m_picture.data.append(char(m_picture.nibble * 16 + d));
+    m_picture.nibble = -1;
+}
+
+// A picture goes into the text as the image it shows, PNG and JPEG as
+// themselves and other kinds as a placeholder of their size. The group is
+// kept as it stood in the file, so that a save writes it back unchanged.
+void Reader::endPicture(const GroupState &closing)
+{
+    const PictureState &p = m_picture;
+    const QByteArray source(reinterpret_cast<const char *>(m_data) + closing.start, m_pos - closing.start);
+    QImage image;
+    if (p.kind != PictureState::Kind::Other)
+        image = QImage::fromData(p.data, p.kind == PictureState::Kind::Png ? "PNG" : "JPEG");
+    double width = 0, height = 0;
+    if (p.goalWidth > 0 && p.goalHeight > 0) {
+        width = p.goalWidth / TwipsPerPixel;
+        height = p.goalHeight / TwipsPerPixel;
+    } else if (!image.isNull()) {
+        width = image.width();
+        height = image.height();
+    } else if (p.width > 0 && p.height > 0) {
+        width = p.width;
+        height = p.height;
+    }
+    width = std::clamp(width * p.scaleX / 100.0, 1.0, 4000.0);
+    height = std::clamp(height * p.scaleY / 100.0, 1.0, 4000.0);
+    if (width <= 1 && height <= 1)
+        width = height = 32;
+    if (image.isNull()) {
+        // Drawn small and scaled up by the view: a placeholder costs little.
+        image = QImage(std::min(int(width), 256), std::min(int(height), 256), QImage::Format_RGB32);
+        image.fill(QColor(0xe4, 0xe7, 0xeb));
+        QPainter painter(&image);
+        painter.setPen(QColor(0x8a, 0x94, 0xa0));
+        painter.drawRect(image.rect().adjusted(0, 0, -1, -1));
+    }
+    QTextImageFormat format;
+    format.merge(charFormat(effectiveState(top().chr, false)));
+    format.setName(QStringLiteral("qm-picture:")
+                   + QString::fromLatin1(QCryptographicHash::hash(source, QCryptographicHash::Md5).toHex()));
+    format.setWidth(width);
+    format.setHeight(height);
+    format.setProperty(PictureSourceProperty, source);
+    flushRun();
+    while (m_pendingTabs > 0) {
+        --m_pendingTabs;
+        appendRun(u'\t');
+    }
+    flushRun();
+    m_paraHasContent = true;
+    m_builder.addImage(format, image);
 }
 
 // A byte of text, raw or written as \'hh, in the code page in force.
@@ -197,6 +273,11 @@ void Reader::textByte(unsigned char byte, bool literal)
     }
     m_star = false;
     const Dest dest = top().dest;
+    if (dest == Dest::Picture) {
+        if (literal)
+            pictureByte(byte);
+        return;
+    }
     if (dest != Dest::Text && dest != Dest::FontTable && dest != Dest::ColorTable
         && dest != Dest::LevelText)
         return;
@@ -249,7 +330,7 @@ void Reader::textChar(char16_t c)
     case Dest::Text:
         break;
     case Dest::FontTable:
-        if (m_pendingFontName.size() < MaxNameLength && c >= 0x20)
+        if (m_pendingFontName.size() < MaxNameLength && !isNoText(c))
             m_pendingFontName.append(QChar(c));
         return;
     case Dest::LevelText:

@@ -35,12 +35,13 @@ constexpr double TwipsPerPixel = 15.0;
 
 enum class Dest : quint8 {
     Text, Skip, FontTable, ColorTable, ListTable, List, ListLevel, LevelText,
-    ListOverrideTable, ListOverride, Pn, Object,
+    ListOverrideTable, ListOverride, Pn, Object, Picture, ShapePicture,
 };
 
 enum class Underline : quint8 { None, Single, Dash, Dot, DashDot, DashDotDot, Wave };
 enum class Vertical : quint8 { Normal, Super, Sub };
 enum class Align : quint8 { Unset, Left, Center, Right, Justify };
+enum class CharClass : quint8 { None, Low, High, DoubleByte, RightToLeft };
 
 struct CharState
 {
@@ -54,9 +55,15 @@ struct CharState
     bool hidden = false;
     Underline underline = Underline::None;
     Vertical vertical = Vertical::Normal;
-    // The font and size that \af and \afs give East Asian characters after
-    // \dbch; 0 and -1 when none is given.
-    bool doubleByteSelected = false;
+    // Which characters the associated-font words \af and \afs speak of: the
+    // last of \loch, \hich, \dbch (or \rtlch, whose fonts are not kept).
+    CharClass charClass = CharClass::None;
+    // The fonts \af gives low-ANSI, high-ANSI and double-byte characters, and
+    // the size \afs gives the double-byte ones; -1 and 0 when none is given.
+    // They decide the code page of the bytes of their characters; East Asian
+    // characters are also shown in theirs.
+    int lowFont = -1;
+    int highFont = -1;
     int eastAsianFont = -1;
     int eastAsianHalfPoints = 0;
     bool operator==(const CharState &) const = default;
@@ -92,6 +99,19 @@ struct GroupState
     ParaState para;
     Dest dest = Dest::Text;
     int uc = 1;
+    qsizetype start = 0; // offset of the group's opening brace
+};
+
+// A picture being read: its kind, its sizes and its data.
+struct PictureState
+{
+    enum class Kind : quint8 { Other, Png, Jpeg };
+    Kind kind = Kind::Other;
+    int width = 0, height = 0;         // \picw, \pich: pixels, or 0.01 mm for metafiles
+    int goalWidth = 0, goalHeight = 0; // \picwgoal, \pichgoal: twips
+    int scaleX = 100, scaleY = 100;    // per cent
+    QByteArray data;
+    int nibble = -1; // the first hex digit of a byte, while the second is awaited
 };
 
 struct FontEntry
@@ -129,7 +149,9 @@ inline CharState effectiveState(CharState s, bool eastAsian)
         if (s.eastAsianHalfPoints > 0)
             s.halfPoints = s.eastAsianHalfPoints;
     }
-    s.doubleByteSelected = false;
+    s.charClass = CharClass::None;
+    s.lowFont = -1;
+    s.highFont = -1;
     s.eastAsianFont = -1;
     s.eastAsianHalfPoints = 0;
     return s;
@@ -162,6 +184,8 @@ private:
     void controlSequence();
     void controlWord(std::string_view word, bool hasParam, int param);
     void binary(int length);
+    void pictureByte(unsigned char byte);
+    void endPicture(const GroupState &closing);
     void plainTextSpan();
 
     void textByte(unsigned char byte, bool literal);
@@ -199,7 +223,7 @@ private:
     int m_lastFontIndex = -2;
     const FontEntry *m_lastFont = nullptr;
     int m_pendingFontIndex = -1;
-    int m_pendingFontCharset = 0;
+    int m_pendingFontCharset = -1; // -1: the entry names none
     int m_pendingFontCodepage = 0;
     QString m_pendingFontName;
     std::vector<QRgb> m_colors; // entry 0 and "auto" entries hold nothing useful
@@ -215,6 +239,7 @@ private:
     QString m_levelText;
     int m_overrideList = 0;
     int m_overrideIndex = 0;
+    PictureState m_picture;
     ParaState m_pn;
     int m_pnKey = 0;
     bool m_lastParaPn = false;

@@ -1,5 +1,6 @@
 #include "editor/rtf/RtfWriter.h"
 
+#include "editor/rtf/Rtf.h"
 #include "editor/rtf/RtfCodepage.h"
 
 #include <QHash>
@@ -172,11 +173,11 @@ void Writer::collect()
 }
 
 // A family as the font table can hold it and a reader will read it back:
-// control characters are not part of a name, and readers drop the blanks
-// around one. A name that comes out empty is no font of its own.
+// characters that are no text are not part of a name, and readers drop the
+// blanks around one. A name that comes out empty is no font of its own.
 QString fontTableName(QString family)
 {
-    family.removeIf([](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+    family.removeIf([](QChar c) { return isNoText(c.unicode()); });
     return family.trimmed();
 }
 
@@ -354,7 +355,16 @@ void Writer::paragraph(const Segment &seg)
         const int end = std::min(seg.end, f.position() + f.length());
         if (start >= end)
             continue;
-        switchTo(stateOf(f.charFormat()));
+        const QTextCharFormat format = f.charFormat();
+        switchTo(stateOf(format));
+        if (format.isImageFormat()) {
+            // A picture read from a file goes back as it stood there.
+            const QByteArray source = format.property(PictureSourceProperty).toByteArray();
+            for (int i = start; i < end && !source.isEmpty(); ++i)
+                m_out += source;
+            m_needDelimiter = false;
+            continue;
+        }
         text(QStringView(f.text()).mid(start - f.position(), end - start));
     }
     if (seg.ended) {
@@ -487,7 +497,7 @@ void Writer::character(char16_t c)
     default: break;
     }
     // Other controls and the document's object and frame marks are no text.
-    if (c < 0x20 || c == 0x7F || c == 0xFFFC || c == 0xFDD0 || c == 0xFDD1 || c == 0x2029)
+    if (isNoText(c))
         return;
     word("\\u", c >= 0x8000 ? int(c) - 0x10000 : int(c));
     if (const unsigned char b = cp1252Byte(c)) {

@@ -4,6 +4,8 @@
 #include "RtfTestSupport.h"
 #include "editor/rtf/Rtf.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -217,6 +219,126 @@ TEST_F(LibreOffice, OurFormatsSurviveAConversionToItsOwnFormatAndBack)
     EXPECT_EQ(lists.toPlainText(), QStringLiteral("Before the lists\nFirst bullet\nSecond bullet\nBetween\n"
                                                   "First number\nSecond number\nAfter the lists"));
     EXPECT_EQ(RtfTest::listMembership(lists), "-11-22-");
+}
+
+
+// A flat ODF document of paragraphs whose runs may name a style of the
+// header; LibreOffice writes it out as RTF of its own.
+QByteArray flatDocument(const QString &defaultFont, const QString &language, const QString &body)
+{
+    return QStringLiteral(
+               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+               "<office:document xmlns:office=\"urn:oasis:names:tc:opendocument:xmlns:office:1.0\" "
+               "xmlns:style=\"urn:oasis:names:tc:opendocument:xmlns:style:1.0\" "
+               "xmlns:text=\"urn:oasis:names:tc:opendocument:xmlns:text:1.0\" "
+               "xmlns:fo=\"urn:oasis:names:tc:opendocument:xmlns:xsl-fo-compatible:1.0\" "
+               "xmlns:svg=\"urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0\" "
+               "xmlns:draw=\"urn:oasis:names:tc:opendocument:xmlns:drawing:1.0\" "
+               "xmlns:xlink=\"http://www.w3.org/1999/xlink\" office:version=\"1.3\" "
+               "office:mimetype=\"application/vnd.oasis.opendocument.text\">\n"
+               "<office:font-face-decls><style:font-face style:name=\"Main\" svg:font-family=\"%1\"/>"
+               "<style:font-face style:name=\"Arial\" svg:font-family=\"Arial\"/></office:font-face-decls>\n"
+               "<office:styles><style:default-style style:family=\"paragraph\"><style:text-properties "
+               "style:font-name=\"Main\" style:font-name-asian=\"Main\" fo:language=\"%2\" "
+               "style:language-asian=\"%2\"/></style:default-style></office:styles>\n"
+               "<office:automatic-styles><style:style style:name=\"West\" style:family=\"text\">"
+               "<style:text-properties style:font-name=\"Arial\" fo:language=\"es\"/></style:style>"
+               "</office:automatic-styles>\n<office:body><office:text>%3</office:text></office:body>"
+               "</office:document>\n")
+        .arg(defaultFont, language, body)
+        .toUtf8();
+}
+
+QString base64Picture(const char *format)
+{
+    QImage image(6, 4, QImage::Format_RGB32);
+    image.fill(QColor(200, 30, 40));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return QString::fromLatin1(bytes.toBase64());
+}
+
+// The picture groups of an RTF file, as they stand in it.
+QList<QByteArray> pictureGroups(const QByteArray &rtf)
+{
+    QList<QByteArray> groups;
+    for (qsizetype at = rtf.indexOf("{\\pict"); at >= 0; at = rtf.indexOf("{\\pict", at + 1)) {
+        int depth = 0;
+        qsizetype end = at;
+        for (; end < rtf.size(); ++end) {
+            if (rtf[end] == '\\') {
+                ++end;
+                continue;
+            }
+            if (rtf[end] == '{')
+                ++depth;
+            else if (rtf[end] == '}' && --depth == 0)
+                break;
+        }
+        groups.append(rtf.mid(at, end - at + 1));
+    }
+    return groups;
+}
+
+TEST_F(LibreOffice, ItsDocumentsInOtherScriptsAndWithPicturesReadAsItReadsThem)
+{
+    const QString west = QStringLiteral(" <text:span text:style-name=\"West\">espa\u00f1ola, Stra\u00dfe</text:span>");
+    const QString frame = QStringLiteral("<draw:frame text:anchor-type=\"as-char\" svg:width=\"0.6in\" "
+                                         "svg:height=\"0.4in\"><draw:image><office:binary-data>%1"
+                                         "</office:binary-data></draw:image></draw:frame>");
+    const struct
+    {
+        const char *name;
+        QByteArray fodt;
+    } documents[] = {
+        {"ja", flatDocument(QStringLiteral("MS Mincho"), QStringLiteral("ja"),
+                            QStringLiteral("<text:p>\u65e5\u672c\u8a9e\u306e\u6587%1</text:p>").arg(west))},
+        {"ru", flatDocument(QStringLiteral("Times New Roman"), QStringLiteral("ru"),
+                            QStringLiteral("<text:p>\u041f\u0440\u0438\u0432\u0435\u0442%1</text:p>").arg(west))},
+        {"el", flatDocument(QStringLiteral("Times New Roman"), QStringLiteral("el"),
+                            QStringLiteral("<text:p>\u0395\u03bb\u03bb\u03b7\u03bd\u03b9\u03ba\u03ac%1</text:p>").arg(west))},
+        {"pictures", flatDocument(QStringLiteral("Arial"), QStringLiteral("en"),
+                                  QStringLiteral("<text:p>png %1 jpeg %2 end</text:p>")
+                                      .arg(frame.arg(base64Picture("PNG")), frame.arg(base64Picture("JPEG"))))},
+    };
+    QStringList sources;
+    for (const auto &d : documents) {
+        const QString name = QString::fromLatin1(d.name) + QStringLiteral(".fodt");
+        ASSERT_TRUE(writeFile(name, d.fodt));
+        sources.append(path(name));
+    }
+    const QString rtfDir = path(QStringLiteral("scripts"));
+    ASSERT_TRUE(convert(QStringLiteral("rtf"), sources, rtfDir));
+    QStringList rtfs;
+    for (const auto &d : documents)
+        rtfs.append(rtfDir + u'/' + QString::fromLatin1(d.name) + QStringLiteral(".rtf"));
+    ASSERT_TRUE(convert(QStringLiteral("txt:Text (encoded):UTF8"), rtfs, rtfDir));
+
+    for (const auto &d : documents) {
+        SCOPED_TRACE(d.name);
+        const QByteArray theirs = RtfTest::readFile(rtfDir + u'/' + QString::fromLatin1(d.name) + QStringLiteral(".rtf"));
+        QString text = QString::fromUtf8(RtfTest::readFile(rtfDir + u'/' + QString::fromLatin1(d.name) + QStringLiteral(".txt")));
+        text.remove(QChar(0xFEFF));
+        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        QTextDocument ours;
+        Rtf::load(ours, theirs);
+        QString read = ours.toPlainText();
+        const qsizetype pictures = read.count(QChar::ObjectReplacementCharacter);
+        read.remove(QChar::ObjectReplacementCharacter);
+        EXPECT_EQ(read.trimmed(), text.trimmed());
+        if (qstrcmp(d.name, "pictures") == 0) {
+            // Both pictures are shown and saved back byte for byte.
+            EXPECT_EQ(pictures, 2);
+            const QList<QByteArray> in = pictureGroups(theirs);
+            const QList<QByteArray> out = pictureGroups(Rtf::fromDocument(ours));
+            EXPECT_GE(in.size(), 2);
+            for (const QByteArray &group : out)
+                EXPECT_TRUE(in.contains(group)) << group.left(80).constData();
+            EXPECT_EQ(out.size(), 2);
+        }
+    }
 }
 
 } // namespace

@@ -3,7 +3,11 @@
 #include "RtfTestSupport.h"
 #include "editor/rtf/Rtf.h"
 
+#include <QBuffer>
 #include <QDirIterator>
+#include <QImage>
+#include <QTextImageFormat>
+#include <QUrl>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTextCursor>
@@ -51,7 +55,7 @@ const TextCase TextCases[] = {
     {"Pictures", "{\\rtf1 a{\\pict\\pngblip 89504e47{\\*\\blipuid 00}}b"
                  "{\\*\\shppict{\\pict\\bin5 {}}\\}}}c{\\nonshppict{\\pict 00}}"
                  "{\\object{\\*\\objdata 0102}{\\result d}}}",
-     QStringLiteral("abcd")},
+     QStringLiteral("a\ufffcb\ufffccd")},
     {"ListNumbersAreNotText", "{\\rtf1{\\pntext\\'b7\\tab}{\\*\\pn\\pnlvlblt{\\pntxtb\\'b7}}one"
                               "{\\listtext 2.\\tab}\\par}",
      QStringLiteral("one")},
@@ -69,6 +73,26 @@ const TextCase TextCases[] = {
     {"DoubleByteCodepage", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset128 MS Mincho;}}"
                            "\\f0\\'82\\'a0\\'82a\\'93\\'fa}",
      QStringLiteral("\u3042\uff22\u65e5")},
+    // A font's character set decides the code page of its bytes; \ansicpg
+    // only that of fonts that name none.
+    {"WesternFontInJapaneseDocument", "{\\rtf1\\ansi\\ansicpg932{\\fonttbl{\\f0\\fcharset128 MS Mincho;}"
+                                      "{\\f1\\fcharset0 Arial;}{\\f2 Plain;}}\\f0\\'93\\'fa\\f1 espa\\'f1ola"
+                                      "\\f2\\'82\\'a0}",
+     QStringLiteral("\u65e5espa\u00f1ola\u3042")},
+    {"WesternFontInCyrillicDocument", "{\\rtf1\\ansi\\ansicpg1251{\\fonttbl{\\f0\\fcharset204 Times;}"
+                                      "{\\f1\\fcharset0 Arial;}}\\f0\\'cf\\f1\\'e9}",
+     QStringLiteral("\u041f\u00e9")},
+    {"DefaultFontAndPlainFollowDeff", "{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset204 B;}}"
+                                      "\\'cf\\f0\\'e9\\plain\\'cf}",
+     QStringLiteral("\u041f\u00e9\u041f")},
+    {"MacRomanAndMacJapanese", "{\\rtf1\\mac\\ansicpg10001{\\fonttbl{\\f0\\fcharset77 Helvetica;}"
+                               "{\\f1\\fcharset78 Osaka;}{\\f2 Plain;}}\\f0 caf\\'8e \\f1\\'82\\'a0\\f2\\'93\\'fa}",
+     QStringLiteral("caf\u00e9 \u3042\u65e5")},
+    {"MacAndPcCharacterSets", "{\\rtf1\\mac caf\\'8e{\\pc \\'82}}", QStringLiteral("caf\u00e9\u00e9")},
+    {"AssociatedFontsChooseTheCodepage",
+     "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 Times;}{\\f1\\fcharset128 MS Mincho;}{\\f2\\fcharset161 Greek;}}"
+     "{\\rtlch\\af1\\ltrch\\hich\\af2\\dbch\\af1\\loch\\f0 a\\'e9\\dbch\\'82\\'a0\\hich\\'e1\\loch b}\\'e9}",
+     QStringLiteral("a\u00e9\u3042\u03b1b\u00e9")},
     {"LeadByteCutShort", "{\\rtf1{\\fonttbl{\\f0\\fcharset128 M;}}\\f0\\'82\\par x}",
      QStringLiteral("\ufffd\nx")},
     {"UnicodeAndFallback", "{\\rtf1\\uc1\\u8364?\\u-3913 ?\\uc2\\u20013\\'3f\\'3fx{\\uc0\\u26085}y}",
@@ -167,6 +191,73 @@ TEST(ReadFormats, EastAsianTextTakesTheDoubleByteFontAndSize)
     EXPECT_EQ(charAt(*doc, 1).fontFamilies().toStringList(), QStringList{QStringLiteral("Mincho")});
     EXPECT_EQ(charAt(*doc, 1).fontPointSize(), 14);
     EXPECT_TRUE(charAt(*doc, 2).properties().isEmpty());
+}
+
+QByteArray pictureHex(const char *format)
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(QColor(255, 0, 0));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes.toHex();
+}
+
+TEST(ReadPictures, PngAndJpegAreShownOthersHoldTheirPlaceAndAllAreWrittenBackAsTheyStood)
+{
+    const QByteArray png = "{\\pict\\pngblip\\picw4\\pich3\\picwgoal120\\pichgoal90 " + pictureHex("PNG") + "}";
+    const QByteArray jpeg = "{\\pict\\jpegblip\\picscalex200\\picscaley200\n" + pictureHex("JPEG") + "}";
+    const QByteArray wmf = "{\\pict\\wmetafile8\\picw2540\\pich1270\\picwgoal1440\\pichgoal720 0102{\\*\\blipuid ab}}";
+    const auto doc = read("{\\rtf1 a{\\*\\shppict" + png + "}{\\nonshppict{\\pict\\wmetafile8 00}}b" + jpeg
+                          + "c{\\b " + wmf + "}}");
+    ASSERT_EQ(doc->toPlainText(), QStringLiteral("a\ufffcb\ufffcc\ufffc"));
+    const struct
+    {
+        int position;
+        double width, height;
+        bool shown; // the picture itself, not a placeholder
+    } expected[] = {{1, 8, 6, true}, {3, 8, 6, true}, {5, 96, 48, false}};
+    for (const auto &e : expected) {
+        SCOPED_TRACE(e.position);
+        const QTextImageFormat f = charAt(*doc, e.position).toImageFormat();
+        ASSERT_TRUE(f.isValid());
+        EXPECT_EQ(f.width(), e.width);
+        EXPECT_EQ(f.height(), e.height);
+        const QImage image = doc->resource(QTextDocument::ImageResource, QUrl(f.name())).value<QImage>();
+        ASSERT_FALSE(image.isNull());
+        EXPECT_EQ(qRed(image.pixel(1, 1)) > 200 && qGreen(image.pixel(1, 1)) < 60, e.shown);
+    }
+    EXPECT_TRUE(charAt(*doc, 5).fontWeight() >= QFont::Bold) << "a picture keeps the format around it";
+    const QByteArray written = Rtf::fromDocument(*doc);
+    for (const QByteArray &group : {png, jpeg, wmf})
+        EXPECT_TRUE(written.contains(group)) << group.left(40).constData();
+    EXPECT_EQ(Rtf::fromDocument(*read(written)), written) << "a second save writes other bytes";
+}
+
+TEST(ReadPictures, ContentTheEditorCannotKeepIsReported)
+{
+    const struct
+    {
+        const char *rtf;
+        bool lost;
+    } cases[] = {
+        {"{\\rtf1 a\\par b}", false},
+        {"{\\rtf1{\\*\\shppict{\\pict\\pngblip 00}}{\\nonshppict{\\pict 00}}}", false},
+        {"{\\rtf1{\\stylesheet{\\s1 header;}{\\*\\cs2 footnote reference;}}a}", false},
+        {"{\\rtf1{\\header page}a}", true},
+        {"{\\rtf1{\\footerl f}a}", true},
+        {"{\\rtf1 a{\\footnote note}}", true},
+        {"{\\rtf1\\trowd\\cellx100\\pard\\intbl a\\cell\\row}", true},
+        {"{\\rtf1{\\shp{\\*\\shpinst x}}}", true},
+        {"{\\rtf1{\\object{\\*\\objdata 01}{\\result r}}}", true},
+        {"{\\rtf1{\\*\\annotation c}a}", true},
+        {"{\\rtf1{\\info{\\*\\footnote x}}a}", false},
+    };
+    for (const auto &c : cases) {
+        QTextDocument doc;
+        EXPECT_EQ(Rtf::load(doc, c.rtf).lostContent, c.lost) << c.rtf;
+    }
 }
 
 TEST(ReadLists, ListTablesAndOldStyleNumbering)
@@ -271,7 +362,10 @@ void survives(const QByteArray &data, qint64 maxMs = 2000)
     const auto doc = read(data);
     const qint64 elapsed = timer.elapsed();
     EXPECT_LT(elapsed, maxMs) << data.left(60).constData();
-    EXPECT_EQ(read(Rtf::fromDocument(*doc))->toPlainText(), doc->toPlainText());
+    const QByteArray once = Rtf::fromDocument(*doc);
+    const auto again = read(once);
+    EXPECT_EQ(again->toPlainText(), doc->toPlainText());
+    EXPECT_EQ(Rtf::fromDocument(*again), once) << "a second save writes other bytes";
 }
 
 TEST(Hostile, DeepNestingIsSkippedInLinearTime)
