@@ -4,7 +4,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench clean
+.PHONY: all deps configure build run test bench fuzz clean
 
 all: build
 
@@ -27,6 +27,10 @@ test: build
 
 bench: build
 	@./scripts/bench.sh $(BUILD)
+
+# Every reader of outside data under libFuzzer, FUZZ_SECONDS each (default 60).
+fuzz: deps
+	@./scripts/fuzz.sh build-fuzz
 
 clean:
 	rm -rf $(BUILD)

@@ -69,7 +69,12 @@ Result load(const QString &path, LanguageTable &table)
     const auto bytes = TextFile::readBytes(path);
     if (!bytes)
         return Result::Missing;
-    QByteArray data = *bytes;
+    return loadBytes(*bytes, table);
+}
+
+Result loadBytes(const QByteArray &bytes, LanguageTable &table)
+{
+    QByteArray data = bytes;
     if (data.startsWith("\xEF\xBB\xBF"))
         data.remove(0, 3);
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

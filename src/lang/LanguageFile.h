@@ -38,6 +38,11 @@ QString entryOfLine(const QString &line);
 // what they held before.
 Result apply(const QStringList &lines, LanguageTable &table);
 
+// Applies the bytes of a language file: UTF-8 when they are valid UTF-8
+// (a byte order mark is dropped), otherwise a single-byte code page as
+// load() says.
+Result loadBytes(const QByteArray &bytes, LanguageTable &table);
+
 // Reads the file and applies it. UTF-8 files are read as such; a file in a
 // single-byte code page is decoded with the Cyrillic page when its letters
 // are Cyrillic, otherwise with the Western European one.

@@ -446,20 +446,5 @@ TEST(Hostile, LargeInputsStayLinear)
     survives(groups + "}", 5000);
 }
 
-// Every seed of the fuzzer, and every crash it found, stays readable.
-TEST(FuzzCorpus, EveryFileReadsAndRoundTrips)
-{
-    const QString dir = RtfTest::sourceDir() + QStringLiteral("/fuzz/corpus/rtf");
-    QDirIterator it(dir, QDir::Files);
-    int count = 0;
-    while (it.hasNext()) {
-        QByteArray data = RtfTest::readFile(it.next());
-        if (!Rtf::looksLikeRtf(data))
-            data.prepend("{\\rtf1 ");
-        survives(data);
-        ++count;
-    }
-    EXPECT_GT(count, 0) << "no corpus in " << dir.toStdString();
-}
 
 } // namespace
