@@ -35,7 +35,7 @@ void Reader::endDestination(const GroupState &closing)
         break;
     case Dest::Picture:
         if (outer != Dest::Picture)
-            endPicture(closing);
+            endPicture();
         break;
     case Dest::Pn:
         if (outer == Dest::Text && m_pn.pnLevel > 0) {
@@ -79,9 +79,12 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         s.dest = dest == Dest::Text ? Dest::ShapePicture : Dest::Skip;
         return;
     case Kw::Picture:
-        if (dest == Dest::Text || dest == Dest::ShapePicture) {
+        // A picture is a group of its own; one in the document's outermost
+        // group would run to the end of the file, and is skipped.
+        if ((dest == Dest::Text || dest == Dest::ShapePicture) && m_stack.size() > 2) {
             s.dest = Dest::Picture;
             m_picture = PictureState();
+            m_picture.source = m_wordStart;
         } else {
             s.dest = Dest::Skip;
         }

@@ -64,7 +64,6 @@ void Reader::openGroup()
     GroupState s = m_stack.back();
     if (m_stack.size() == 1)
         s.dest = Dest::Text;
-    s.start = m_pos - 1;
     m_stack.push_back(s);
     m_stateMaybeChanged = true;
 }
@@ -93,6 +92,7 @@ void Reader::closeGroup()
 
 void Reader::controlSequence()
 {
+    m_wordStart = m_pos - 1;
     if (m_pos >= m_size)
         return;
     const unsigned char c = m_data[m_pos];
@@ -215,12 +215,14 @@ void Reader::pictureByte(unsigned char byte)
 }
 
 // A picture goes into the text as the image it shows, PNG and JPEG as
-// themselves and other kinds as a placeholder of their size. The group is
-// kept as it stood in the file, so that a save writes it back unchanged.
-void Reader::endPicture(const GroupState &closing)
+// themselves and other kinds as a placeholder of their size. The picture is
+// kept as it stood in the file, from \pict to the end of its group, so that
+// a save writes it back unchanged; what stood before \pict in that group
+// was read as text and formats already.
+void Reader::endPicture()
 {
     const PictureState &p = m_picture;
-    const QByteArray source(reinterpret_cast<const char *>(m_data) + closing.start, m_pos - closing.start);
+    const QByteArray source = '{' + QByteArray(reinterpret_cast<const char *>(m_data) + p.source, m_pos - p.source);
     QImage image;
     if (p.kind != PictureState::Kind::Other)
         image = QImage::fromData(p.data, p.kind == PictureState::Kind::Png ? "PNG" : "JPEG");

@@ -99,7 +99,6 @@ struct GroupState
     ParaState para;
     Dest dest = Dest::Text;
     int uc = 1;
-    qsizetype start = 0; // offset of the group's opening brace
 };
 
 // A picture being read: its kind, its sizes and its data.
@@ -112,6 +111,7 @@ struct PictureState
     int scaleX = 100, scaleY = 100;    // per cent
     QByteArray data;
     int nibble = -1; // the first hex digit of a byte, while the second is awaited
+    qsizetype source = 0; // offset of the \pict word in the data
 };
 
 struct FontEntry
@@ -185,7 +185,7 @@ private:
     void controlWord(std::string_view word, bool hasParam, int param);
     void binary(int length);
     void pictureByte(unsigned char byte);
-    void endPicture(const GroupState &closing);
+    void endPicture();
     void plainTextSpan();
 
     void textByte(unsigned char byte, bool literal);
@@ -205,6 +205,7 @@ private:
     const unsigned char *m_data;
     qsizetype m_size;
     qsizetype m_pos = 0;
+    qsizetype m_wordStart = 0; // offset of the backslash of the word being read
     DocumentBuilder &m_builder;
     QString m_defaultFamily;
     int m_defaultHalfPoints = 24;
