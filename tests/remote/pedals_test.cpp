@@ -1,0 +1,193 @@
+// Foot pedals on the fake player: evdev records through a pipe, hidraw
+// reports through a packet socket (one report per read, as a hidraw node
+// gives them), and pedals found in a sysfs tree as they come and go.
+
+#include "TestApp.h"
+#include "WaitFor.h"
+
+#include "player/Form1.h"
+#include "remote/Pedals.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/uinput.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray record(quint16 type, quint16 code, qint32 value)
+{
+    input_event e{};
+    e.type = type;
+    e.code = code;
+    e.value = value;
+    return QByteArray(reinterpret_cast<const char *>(&e), sizeof e);
+}
+
+QByteArray button(quint16 code, qint32 value)
+{
+    return record(EV_KEY, code, value) + record(EV_SYN, SYN_REPORT, 0);
+}
+
+void send(int fd, const QByteArray &bytes)
+{
+    ASSERT_EQ(::write(fd, bytes.constData(), bytes.size()), bytes.size());
+}
+
+struct Desk
+{
+    TestApp app;
+    QTemporaryDir tree; // sysfs and /dev of its own
+    std::unique_ptr<Pedals> pedals;
+    Desk()
+    {
+        app.folder.setSettingsLine(4, QStringLiteral("5")); // SecSalto
+        app.folder.setSettingsLine(5, QStringLiteral("3")); // SecIndietro
+        EXPECT_TRUE(app.start());
+        app.form1().ApriMedia(app.mediaFile(QStringLiteral("talk.wav"), 300));
+        app.form1().cmdPlay_Click(); // paused at 0
+        app.form1().WMP1.setCurrentPosition(60);
+        QDir(tree.path()).mkpath(QStringLiteral("dev/input"));
+        pedals = std::make_unique<Pedals>(app.ctx(), tree.path() + QStringLiteral("/sys"),
+                                          tree.path() + QStringLiteral("/dev"));
+    }
+    double position() const { return app.player->currentPosition(); }
+    bool playing() const { return app.player->playState() == PlayerControl::Playing; }
+    // The pedal events of one write have been handled once the player's
+    // log has moved on.
+    bool handled(int logBefore) { return waitFor([&] { return app.player->log.size() > logBefore; }); }
+    void write(const QString &relPath, const QByteArray &text)
+    {
+        const QString path = tree.path() + u'/' + relPath;
+        QDir().mkpath(QFileInfo(path).path());
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+    }
+};
+
+} // namespace
+
+TEST(Pedals, AnEvdevPedalPlaysWhileHeldPausesWithTheStepBackAndStepsWhileHeld)
+{
+    Desk d;
+    int p[2];
+    ASSERT_EQ(::pipe2(p, O_NONBLOCK | O_CLOEXEC), 0);
+    d.pedals->attach(QStringLiteral("pipe"), p[0], nullptr);
+
+    send(p[1], button(BTN_1, 1)); // middle down
+    ASSERT_TRUE(waitFor([&] { return d.playing(); }));
+    d.app.advance(4000);
+    int log = d.app.player->log.size();
+    send(p[1], button(BTN_1, 0)); // middle up: pause, 3 s back
+    ASSERT_TRUE(d.handled(log));
+    EXPECT_FALSE(d.playing());
+    EXPECT_DOUBLE_EQ(d.position(), 61.0);
+
+    log = d.app.player->log.size();
+    send(p[1], button(BTN_0, 1)); // left held: a step at once, then every 300 ms
+    ASSERT_TRUE(d.handled(log));
+    EXPECT_DOUBLE_EQ(d.position(), 56.0);
+    d.app.advance(900);
+    EXPECT_DOUBLE_EQ(d.position(), 41.0);
+    log = d.app.player->log.size();
+    send(p[1], button(BTN_0, 0) + button(BTN_2, 1)); // left up, right down
+    ASSERT_TRUE(d.handled(log));
+    d.app.advance(300);
+    EXPECT_DOUBLE_EQ(d.position(), 51.0);
+    EXPECT_FALSE(d.playing());
+
+    // Pulled out while the right pedal is down: it stops stepping.
+    ::close(p[1]);
+    ASSERT_TRUE(waitFor([&] { return d.pedals->deviceCount() == 0; }));
+    d.app.advance(900);
+    EXPECT_DOUBLE_EQ(d.position(), 51.0);
+}
+
+TEST(Pedals, HidrawReportsAreReadOneAtATime)
+{
+    Desk d;
+    int s[2];
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, s), 0);
+    d.pedals->attach(QStringLiteral("hid"), s[0], findHidPedal(0x05f3, 0x00ff));
+    const char right[] = {0x04, 0x00}, rightAndMiddle[] = {0x06, 0x00}, unknown[] = {0x02}, none[] = {0, 0};
+    for (const QByteArray &report : {QByteArray(right, 2), QByteArray(unknown, 1), QByteArray(rightAndMiddle, 2)})
+        send(s[1], report);
+    ASSERT_TRUE(waitFor([&] { return d.playing(); }));
+    EXPECT_GE(d.position(), 65.0);
+    send(s[1], QByteArray(none, 2));
+    ASSERT_TRUE(waitFor([&] { return !d.playing(); }));
+    ::close(s[1]);
+}
+
+TEST(Pedals, PedalsAreFoundInSysfsWhenPluggedInAndDroppedWhenPulledOut)
+{
+    Desk d;
+    // A keyboard, and the input side of an IN-USB (read through its hidraw node).
+    d.write(QStringLiteral("sys/hidraw/hidraw1/device/uevent"), "HID_ID=0003:0000046D:0000C31C\n");
+    d.write(QStringLiteral("sys/input/event3/device/id/vendor"), "05f3\n");
+    d.write(QStringLiteral("sys/input/event3/device/id/product"), "00ff\n");
+    d.write(QStringLiteral("sys/hidraw/hidraw0/device/uevent"), "DRIVER=hid-generic\nHID_ID=0003:000005F3:000000FF\n");
+    d.write(QStringLiteral("sys/input/event4/device/name"), "Generic USB Foot Pedal\n");
+    const QList<PedalNode> nodes = findPedals(d.tree.path() + QStringLiteral("/sys"), QStringLiteral("/dev"));
+    ASSERT_EQ(nodes.size(), 2);
+    EXPECT_EQ(nodes[0].path, QStringLiteral("/dev/hidraw0"));
+    EXPECT_EQ(nodes[0].model, findHidPedal(0x05f3, 0x00ff));
+    EXPECT_EQ(nodes[1].path, QStringLiteral("/dev/input/event4"));
+    EXPECT_FALSE(nodes[1].hidraw());
+
+    // Plugged in after the start: no node readable yet, then one appears.
+    d.app.advance(2000);
+    EXPECT_EQ(d.pedals->deviceCount(), 0);
+    const QByteArray node = (d.tree.path() + QStringLiteral("/dev/input/event4")).toLocal8Bit();
+    ASSERT_EQ(::mkfifo(node.constData(), 0600), 0);
+    d.app.advance(2000);
+    ASSERT_EQ(d.pedals->deviceCount(), 1);
+    const int w = ::open(node.constData(), O_WRONLY | O_NONBLOCK);
+    send(w, button(BTN_1, 1));
+    ASSERT_TRUE(waitFor([&] { return d.playing(); }));
+    // Pulled out with the middle pedal down: the release comes from the drop.
+    QDir(d.tree.path() + QStringLiteral("/sys/input/event4")).removeRecursively();
+    d.app.advance(2000);
+    EXPECT_EQ(d.pedals->deviceCount(), 0);
+    EXPECT_FALSE(d.playing());
+    ::close(w);
+}
+
+TEST(Pedals, AUinputPedalOnARealSystem)
+{
+    const int fd = ::open("/dev/uinput", O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        GTEST_SKIP() << "no /dev/uinput here: a virtual pedal cannot be made; the recorded streams above stand for it";
+    Desk d;
+    ioctl(fd, UI_SET_EVBIT, EV_KEY);
+    for (int code : {BTN_0, BTN_1, BTN_2})
+        ioctl(fd, UI_SET_KEYBIT, code);
+    uinput_setup setup{};
+    setup.id = {BUS_USB, 0x1234, 0x5678, 1};
+    std::strcpy(setup.name, "Quillmere test foot pedal");
+    ASSERT_EQ(ioctl(fd, UI_DEV_SETUP, &setup), 0);
+    ASSERT_EQ(ioctl(fd, UI_DEV_CREATE), 0);
+    Pedals real(d.app.ctx());
+    const bool found = waitFor([&] { real.scan(); return real.deviceCount() > 0; }, 3000);
+    if (!found) {
+        ioctl(fd, UI_DEV_DESTROY);
+        ::close(fd);
+        GTEST_SKIP() << "the virtual pedal's node cannot be read by this user";
+    }
+    send(fd, button(BTN_1, 1));
+    EXPECT_TRUE(waitFor([&] { return d.playing(); }));
+    const int log = d.app.player->log.size();
+    send(fd, button(BTN_1, 0));
+    EXPECT_TRUE(d.handled(log));
+    EXPECT_FALSE(d.playing());
+    ioctl(fd, UI_DEV_DESTROY);
+    ::close(fd);
+}
