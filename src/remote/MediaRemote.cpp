@@ -46,15 +46,13 @@ MediaRemote::~MediaRemote()
 
 QString MediaRemote::playbackStatus() const
 {
+    // The play button's state is the run state of the whole program; the
+    // player itself may lag behind it while a file loads.
     if (!m_commands.mediaOpen())
         return QStringLiteral("Stopped");
-    switch (ctx.player().playState()) {
-    case PlayerControl::Playing: return QStringLiteral("Playing");
-    case PlayerControl::Paused: return QStringLiteral("Paused");
-    case PlayerControl::Transitioning:
-        return m_commands.playing() ? QStringLiteral("Playing") : QStringLiteral("Paused");
-    default: return QStringLiteral("Stopped");
-    }
+    if (m_commands.playing())
+        return QStringLiteral("Playing");
+    return ctx.player().playState() == PlayerControl::Stopped ? QStringLiteral("Stopped") : QStringLiteral("Paused");
 }
 
 QDBusObjectPath MediaRemote::trackId() const
