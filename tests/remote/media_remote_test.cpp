@@ -33,8 +33,7 @@ struct Bus
     QString address;
     Bus()
     {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty()
-            || QStandardPaths::findExecutable(QStringLiteral("dbus-send")).isEmpty())
+        if (QStandardPaths::findExecutable(QStringLiteral("dbus-send")).isEmpty())
             return;
         daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
                                                     QStringLiteral("--print-address")});
@@ -62,13 +61,12 @@ struct Bus
     }
     QString get(const char *property)
     {
-        return send({QStringLiteral("org.freedesktop.DBus.Properties.Get"),
-                     QStringLiteral("string:org.mpris.MediaPlayer2.Player"),
+        return send({QStringLiteral("org.freedesktop.DBus.Properties.Get"), QStringLiteral("string:org.mpris.MediaPlayer2.Player"),
                      QStringLiteral("string:") + QLatin1String(property)});
     }
-    QString player(const char *method, const QStringList &args = {})
+    void player(const char *method, const QStringList &args = {})
     {
-        return send(QStringList{QStringLiteral("org.mpris.MediaPlayer2.Player.") + QLatin1String(method)} + args);
+        send(QStringList{QStringLiteral("org.mpris.MediaPlayer2.Player.") + QLatin1String(method)} + args);
     }
 };
 

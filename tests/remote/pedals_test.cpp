@@ -60,8 +60,7 @@ struct Desk
     }
     double position() const { return app.player->currentPosition(); }
     bool playing() const { return app.player->playState() == PlayerControl::Playing; }
-    // The pedal events of one write have been handled once the player's
-    // log has moved on.
+    // The events of one write are handled once the player's log moves on.
     bool handled(int logBefore) { return waitFor([&] { return app.player->log.size() > logBefore; }); }
     void write(const QString &relPath, const QByteArray &text)
     {
@@ -117,12 +116,12 @@ TEST(Pedals, HidrawReportsAreReadOneAtATime)
     int s[2];
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, s), 0);
     d.pedals->attach(QStringLiteral("hid"), s[0], findHidPedal(0x05f3, 0x00ff));
-    const char right[] = {0x04, 0x00}, rightAndMiddle[] = {0x06, 0x00}, unknown[] = {0x02}, none[] = {0, 0};
-    for (const QByteArray &report : {QByteArray(right, 2), QByteArray(unknown, 1), QByteArray(rightAndMiddle, 2)})
-        send(s[1], report);
+    // Right down, a report of no pedal's length, right and middle down.
+    for (const char *report : {"0400", "020000", "0600"})
+        send(s[1], QByteArray::fromHex(report));
     ASSERT_TRUE(waitFor([&] { return d.playing(); }));
     EXPECT_GE(d.position(), 65.0);
-    send(s[1], QByteArray(none, 2));
+    send(s[1], QByteArray(2, '\0'));
     ASSERT_TRUE(waitFor([&] { return !d.playing(); }));
     ::close(s[1]);
 }
@@ -167,27 +166,25 @@ TEST(Pedals, AUinputPedalOnARealSystem)
     if (fd < 0)
         GTEST_SKIP() << "no /dev/uinput here: a virtual pedal cannot be made; the recorded streams above stand for it";
     Desk d;
-    ioctl(fd, UI_SET_EVBIT, EV_KEY);
-    for (int code : {BTN_0, BTN_1, BTN_2})
-        ioctl(fd, UI_SET_KEYBIT, code);
     uinput_setup setup{};
     setup.id = {BUS_USB, 0x1234, 0x5678, 1};
     std::strcpy(setup.name, "Quillmere test foot pedal");
-    ASSERT_EQ(ioctl(fd, UI_DEV_SETUP, &setup), 0);
-    ASSERT_EQ(ioctl(fd, UI_DEV_CREATE), 0);
+    ioctl(fd, UI_SET_EVBIT, EV_KEY);
+    ioctl(fd, UI_SET_KEYBIT, BTN_1);
+    ioctl(fd, UI_DEV_SETUP, &setup);
+    ioctl(fd, UI_DEV_CREATE);
     Pedals real(d.app.ctx());
-    const bool found = waitFor([&] { real.scan(); return real.deviceCount() > 0; }, 3000);
-    if (!found) {
-        ioctl(fd, UI_DEV_DESTROY);
-        ::close(fd);
-        GTEST_SKIP() << "the virtual pedal's node cannot be read by this user";
+    const bool readable = waitFor([&] { real.scan(); return real.deviceCount() > 0; });
+    if (readable) {
+        send(fd, button(BTN_1, 1));
+        EXPECT_TRUE(waitFor([&] { return d.playing(); }));
+        d.app.advance(4000);
+        send(fd, button(BTN_1, 0));
+        EXPECT_TRUE(waitFor([&] { return !d.playing(); }));
+        EXPECT_DOUBLE_EQ(d.position(), 61.0);
     }
-    send(fd, button(BTN_1, 1));
-    EXPECT_TRUE(waitFor([&] { return d.playing(); }));
-    const int log = d.app.player->log.size();
-    send(fd, button(BTN_1, 0));
-    EXPECT_TRUE(d.handled(log));
-    EXPECT_FALSE(d.playing());
     ioctl(fd, UI_DEV_DESTROY);
     ::close(fd);
+    if (!readable)
+        GTEST_SKIP() << "the virtual pedal's node cannot be read by this user";
 }
