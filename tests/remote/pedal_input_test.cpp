@@ -5,9 +5,8 @@
 #include "remote/PedalInput.h"
 #include "remote/TimeStamp.h"
 
-#include <QDataStream>
-#include <QIODevice>
 #include <gtest/gtest.h>
+#include <linux/input.h>
 
 namespace {
 
@@ -21,11 +20,8 @@ QByteArray bytes(std::initializer_list<int> values)
 
 QByteArray record(quint16 type, quint16 code, qint32 value)
 {
-    QByteArray r(16, '\0'); // time stamp
-    QDataStream out(&r, QIODevice::Append);
-    out.setByteOrder(QDataStream::LittleEndian);
-    out << type << code << value;
-    return r;
+    const input_event e{{}, type, code, value};
+    return QByteArray(reinterpret_cast<const char *>(&e), sizeof e);
 }
 
 constexpr int L = 1, M = 2, R = 4, F = 8;
