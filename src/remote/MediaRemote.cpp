@@ -6,6 +6,8 @@
 #include <QDBusMessage>
 #include <QTimer>
 #include <QUrl>
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -93,6 +95,35 @@ double MediaRemote::rate() const
 double MediaRemote::volume() const
 {
     return ctx.player().volume() / 100.0;
+}
+
+void MediaRemote::setRate(double target)
+{
+    Form1 *f = m_commands.mediaOpen() ? ctx.form1() : nullptr;
+    // Step by step, until the nearest step or a limit of the speed commands.
+    for (int i = 0; f && i < 50; ++i) {
+        const double before = ctx.player().rate();
+        if (target > before + 0.05)
+            f->mnuAumentaVelocità_Click();
+        else if (target < before - 0.05)
+            f->mnuDiminuisciVelocità_Click();
+        if (ctx.player().rate() == before)
+            break;
+    }
+    announceChanges();
+}
+
+void MediaRemote::setVolume(double volume)
+{
+    Form1 *f = ctx.form1();
+    if (!f)
+        return;
+    // The click on the bar that puts the thumb at this volume: the bar reads
+    // its top as 100 and its bottom as 0, rounding down.
+    const int span = f->Image2->Height() - f->Image1->Height();
+    const double down = (1.0 - std::clamp(volume, 0.0, 1.0)) * span;
+    f->Image2_MouseUp(1, int(std::ceil(down - 1e-9)) + f->Image1->Height() / 2);
+    announceChanges();
 }
 
 QVariantMap MediaRemote::playerProperties() const

@@ -39,6 +39,10 @@ public:
     double rate() const;
     double volume() const;
     bool canControl() const { return true; }
+    // Writes go through the speed commands and the volume bar, as a user's
+    // keys and clicks would.
+    void setRate(double rate);
+    void setVolume(double volume);
     bool mediaOpen() const { return m_commands.mediaOpen(); }
 
     PlayerCommands &commands() { return m_commands; }
@@ -96,10 +100,10 @@ class PlayerAdaptor : public QDBusAbstractAdaptor
     Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2.Player")
     Q_PROPERTY(QString PlaybackStatus READ playbackStatus)
     Q_PROPERTY(QString LoopStatus READ loopStatus)
-    Q_PROPERTY(double Rate READ rate)
+    Q_PROPERTY(double Rate READ rate WRITE setRate)
     Q_PROPERTY(bool Shuffle READ no)
     Q_PROPERTY(QVariantMap Metadata READ metadata)
-    Q_PROPERTY(double Volume READ volume)
+    Q_PROPERTY(double Volume READ volume WRITE setVolume)
     Q_PROPERTY(qlonglong Position READ position)
     Q_PROPERTY(double MinimumRate READ minimumRate)
     Q_PROPERTY(double MaximumRate READ maximumRate)
@@ -116,6 +120,8 @@ public:
     double rate() const { return m_remote->rate(); }
     QVariantMap metadata() const { return m_remote->metadata(); }
     double volume() const { return m_remote->volume(); }
+    void setRate(double rate) { m_remote->setRate(rate); }
+    void setVolume(double volume) { m_remote->setVolume(volume); }
     qlonglong position() const { return m_remote->positionUs(); }
     double minimumRate() const { return 0.5; }
     double maximumRate() const { return 5.0; }

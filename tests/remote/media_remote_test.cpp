@@ -114,6 +114,13 @@ TEST(MediaRemote, DesktopControlsDriveThePlayerThroughItsRoutines)
     EXPECT_DOUBLE_EQ(app.player->currentPosition(), 40.0);
     EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
 
+    for (const char *set : {"string:Volume variant:double:0.37", "string:Rate variant:double:1.3"})
+        bus.send(QStringList{QStringLiteral("org.freedesktop.DBus.Properties.Set"), QStringLiteral("string:org.mpris.MediaPlayer2.Player")}
+                 + QString::fromLatin1(set).split(u' '));
+    EXPECT_EQ(app.player->volume(), 37);
+    EXPECT_NEAR(app.player->rate(), 1.3, 1e-9);
+    EXPECT_EQ(app.form1().Label7->Caption(), QStringLiteral("1.3 x"));
+
     bus.player("Stop");
     EXPECT_EQ(app.player->playState(), PlayerControl::Stopped);
     app.advance(500); // the look that notices what changed without a call
