@@ -20,6 +20,16 @@ clang libclang-rt-14-dev
 fonts-dejavu-core
 "
 
+# The udev rule that lets the user at the seat read USB foot pedals; only
+# root may install it (the README tells how otherwise).
+rule="$(dirname "$0")/../data/udev/70-quillmere-pedals.rules"
+if [ "$(id -u)" -eq 0 ] && [ -d /etc/udev/rules.d ] \
+    && ! cmp -s "$rule" /etc/udev/rules.d/70-quillmere-pedals.rules; then
+    cp "$rule" /etc/udev/rules.d/
+    udevadm control --reload-rules 2>/dev/null || true
+    udevadm trigger --subsystem-match=hidraw --subsystem-match=input 2>/dev/null || true
+fi
+
 missing=""
 for p in $PACKAGES; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

@@ -5,8 +5,12 @@
 #include "platform/ProcessInfo.h"
 #include "platform/QtServices.h"
 #include "player/Form1.h"
+#include "remote/MediaRemote.h"
+#include "remote/Pedals.h"
+#include "remote/TimeStampLink.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QIcon>
 #include <QTimer>
 #include <clocale>
@@ -74,6 +78,11 @@ int main(int argc, char **argv)
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };
     if (!ctx.Main())
         return 0;
+    // Commands from outside the keyboard: time stamps in the text, foot
+    // pedals, the desktop's media controls.
+    TimeStampLink timeStamps(ctx);
+    Pedals pedals(ctx);
+    MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
     // The start-up benchmark (bench/startup) asks for the moment of the first

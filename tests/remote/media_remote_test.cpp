@@ -1,0 +1,140 @@
+// The media interface on a private session bus, driven by dbus-send as the
+// desktop's media controls would, on the fake player.
+
+#include "TestApp.h"
+#include "WaitFor.h"
+
+#include "player/Form1.h"
+#include "remote/MediaRemote.h"
+
+#include <QDBusConnection>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+namespace {
+
+class SignalLog : public QObject
+{
+    Q_OBJECT
+public:
+    QStringList changed; // names of the properties announced, in order
+public Q_SLOTS:
+    void propertiesChanged(const QString &, const QVariantMap &properties, const QStringList &)
+    {
+        changed += properties.keys();
+    }
+};
+
+struct Bus
+{
+    QProcess daemon;
+    QString address;
+    Bus()
+    {
+        if (QStandardPaths::findExecutable(QStringLiteral("dbus-send")).isEmpty())
+            return;
+        daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                                    QStringLiteral("--print-address")});
+        if (daemon.waitForReadyRead(5000))
+            address = QString::fromUtf8(daemon.readLine()).trimmed();
+    }
+    ~Bus()
+    {
+        daemon.terminate();
+        daemon.waitForFinished(2000);
+    }
+    // One call of dbus-send on the player's object; its printed reply.
+    QString send(const QStringList &args)
+    {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral("dbus-send"), QStringList{QStringLiteral("--session"), QStringLiteral("--print-reply"),
+                                                         QStringLiteral("--dest=org.mpris.MediaPlayer2.quillmere"),
+                                                         QStringLiteral("/org/mpris/MediaPlayer2")} + args);
+        // The service answers from this thread's event loop.
+        waitFor([&] { return p.state() == QProcess::NotRunning; }, 5000);
+        return QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError());
+    }
+    QString get(const char *property)
+    {
+        return send({QStringLiteral("org.freedesktop.DBus.Properties.Get"), QStringLiteral("string:org.mpris.MediaPlayer2.Player"),
+                     QStringLiteral("string:") + QLatin1String(property)});
+    }
+    void player(const char *method, const QStringList &args = {})
+    {
+        send(QStringList{QStringLiteral("org.mpris.MediaPlayer2.Player.") + QLatin1String(method)} + args);
+    }
+};
+
+} // namespace
+
+TEST(MediaRemote, DesktopControlsDriveThePlayerThroughItsRoutines)
+{
+    Bus bus;
+    if (bus.address.isEmpty())
+        GTEST_SKIP() << "dbus-daemon or dbus-send is missing, or no private bus could be started";
+    TestApp app;
+    app.folder.setSettingsLine(5, QStringLiteral("3")); // SecIndietro
+    ASSERT_TRUE(app.start());
+    const QDBusConnection connection = QDBusConnection::connectToBus(bus.address, QStringLiteral("quillmere"));
+    MediaRemote remote(app.ctx(), connection);
+    ASSERT_TRUE(remote.registered());
+    const QDBusConnection listener = QDBusConnection::connectToBus(bus.address, QStringLiteral("listener"));
+    SignalLog log;
+    ASSERT_TRUE(QDBusConnection(listener).connect(
+        QString(), QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("PropertiesChanged"), &log, SLOT(propertiesChanged(QString, QVariantMap, QStringList))));
+
+    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Stopped\"")));
+    bus.player("PlayPause"); // nothing open: nothing happens
+    EXPECT_EQ(app.player->playState(), PlayerControl::Undefined);
+
+    app.form1().ApriMedia(app.mediaFile(QStringLiteral("talk.wav"), 300));
+    app.advance(10000);
+    app.form1().cmdPlay_Click(); // paused at 7
+    bus.player("PlayPause");
+    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Playing\"")));
+    app.advance(5000);
+    bus.player("PlayPause");
+    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Paused\"")));
+    EXPECT_DOUBLE_EQ(app.player->currentPosition(), 9.0); // 12 less the step back
+
+    const QString meta = bus.get("Metadata");
+    EXPECT_TRUE(meta.contains(QStringLiteral("\"talk.wav\""))) << meta.toStdString();
+    EXPECT_TRUE(meta.contains(QStringLiteral("int64 300000000"))) << meta.toStdString();
+    const QString track = QRegularExpression(QStringLiteral("object path \"([^\"]+)\"")).match(meta).captured(1);
+    bus.player("SetPosition", {QStringLiteral("objpath:") + track, QStringLiteral("int64:42000000")});
+    EXPECT_TRUE(bus.get("Position").contains(QStringLiteral("int64 42000000")));
+    bus.player("SetPosition", {QStringLiteral("objpath:/other/track"), QStringLiteral("int64:1000000")});
+    bus.player("Seek", {QStringLiteral("int64:-2000000")});
+    EXPECT_DOUBLE_EQ(app.player->currentPosition(), 40.0);
+    EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
+
+    for (const char *set : {"string:Volume variant:double:0.37", "string:Rate variant:double:1.3"})
+        bus.send(QStringList{QStringLiteral("org.freedesktop.DBus.Properties.Set"), QStringLiteral("string:org.mpris.MediaPlayer2.Player")}
+                 + QString::fromLatin1(set).split(u' '));
+    EXPECT_EQ(app.player->volume(), 37);
+    EXPECT_NEAR(app.player->rate(), 1.3, 1e-9);
+    EXPECT_EQ(app.form1().Label7->Caption(), QStringLiteral("1.3 x"));
+
+    bus.player("Stop");
+    EXPECT_EQ(app.player->playState(), PlayerControl::Stopped);
+    app.advance(500); // the look that notices what changed without a call
+    waitFor([&] { return log.changed.count(QStringLiteral("PlaybackStatus")) >= 3; });
+    EXPECT_GE(log.changed.count(QStringLiteral("PlaybackStatus")), 3) << log.changed.join(u' ').toStdString();
+    EXPECT_TRUE(log.changed.contains(QStringLiteral("Metadata")));
+}
+
+TEST(MediaRemote, WithoutASessionBusThereIsNothingToDo)
+{
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    MediaRemote remote(app.ctx(), QDBusConnection::sessionBus()); // the tests' bus is disabled
+    EXPECT_FALSE(remote.registered());
+}
+
+#include "media_remote_test.moc"
