@@ -57,6 +57,26 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
     const Dest dest = s.dest;
     const bool on = !hasParam || param != 0;
 
+    // Inside a picture only its own words count: the picture is written back
+    // as it stood, and anything else in it would act differently when read
+    // again in another place. A \* group in it is skipped.
+    if (dest == Dest::Picture) {
+        PictureState &p = m_picture;
+        switch (star ? Kw::Unknown : kw) {
+        case Kw::Unknown: if (star) s.dest = Dest::Skip; break;
+        case Kw::PngBlip: p.kind = PictureState::Kind::Png; break;
+        case Kw::JpegBlip: p.kind = PictureState::Kind::Jpeg; break;
+        case Kw::PictureWidth: p.width = clampInt(param, 0, 100000); break;
+        case Kw::PictureHeight: p.height = clampInt(param, 0, 100000); break;
+        case Kw::PictureGoalWidth: p.goalWidth = clampInt(param, 0, 1000000); break;
+        case Kw::PictureGoalHeight: p.goalHeight = clampInt(param, 0, 1000000); break;
+        case Kw::PictureScaleX: if (param > 0) p.scaleX = clampInt(param, 1, 1000); break;
+        case Kw::PictureScaleY: if (param > 0) p.scaleY = clampInt(param, 1, 1000); break;
+        default: break;
+        }
+        return;
+    }
+
     // Destinations never leave a skipped group.
     auto enter = [&](Dest d) {
         if (dest != Dest::Skip)
@@ -331,14 +351,6 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         if (dest == Dest::FontTable)
             m_pendingFontCodepage = param;
         break;
-    case Kw::PngBlip: if (dest == Dest::Picture) m_picture.kind = PictureState::Kind::Png; break;
-    case Kw::JpegBlip: if (dest == Dest::Picture) m_picture.kind = PictureState::Kind::Jpeg; break;
-    case Kw::PictureWidth: if (dest == Dest::Picture) m_picture.width = clampInt(param, 0, 100000); break;
-    case Kw::PictureHeight: if (dest == Dest::Picture) m_picture.height = clampInt(param, 0, 100000); break;
-    case Kw::PictureGoalWidth: if (dest == Dest::Picture) m_picture.goalWidth = clampInt(param, 0, 1000000); break;
-    case Kw::PictureGoalHeight: if (dest == Dest::Picture) m_picture.goalHeight = clampInt(param, 0, 1000000); break;
-    case Kw::PictureScaleX: if (dest == Dest::Picture && param > 0) m_picture.scaleX = clampInt(param, 1, 1000); break;
-    case Kw::PictureScaleY: if (dest == Dest::Picture && param > 0) m_picture.scaleY = clampInt(param, 1, 1000); break;
     case Kw::Red: if (dest == Dest::ColorTable) m_red = clampInt(param, 0, 255); break;
     case Kw::Green: if (dest == Dest::ColorTable) m_green = clampInt(param, 0, 255); break;
     case Kw::Blue: if (dest == Dest::ColorTable) m_blue = clampInt(param, 0, 255); break;
