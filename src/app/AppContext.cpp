@@ -7,9 +7,7 @@
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QListWidget>
 #include <QDir>
 #include <QFileInfo>
 
@@ -58,8 +56,13 @@ Form2 *AppContext::form2()
 
 Form3 *AppContext::form3()
 {
-    if (!m_form3)
+    // Touching the window loads it, hidden, and its Form_Load fills the lists
+    // from the table: so unloading a window that some routine only touched
+    // (Salva reads its geometry) gives the table back whole.
+    if (!m_form3) {
         m_form3 = std::make_unique<Form3>(*this);
+        m_form3->Form_Load();
+    }
     return m_form3.get();
 }
 
@@ -67,16 +70,7 @@ void AppContext::unloadForm3()
 {
     if (!m_form3)
         return;
-    // The window's own unload: its hidden list goes back into the array, and
-    // the command reads "show" again.
-    for (QString &line : BookMark)
-        line.clear();
-    for (int i = 0; i < m_form3->List1->count() && i < int(BookMark.size()); ++i) {
-        if (const QListWidgetItem *item = m_form3->List2->item(i))
-            BookMark[size_t(i)] = item->text();
-    }
-    if (m_form1)
-        m_form1->mnuBookMark->setText(Lingua(84));
+    m_form3->Form_Unload();
     m_form3->hide();
     m_form3.reset();
 }

@@ -74,7 +74,10 @@ public:
     // program loads it.
     Form2 *form2();
     Form2 *existingForm2() const { return m_form2.get(); }
-    Form3 *form3(); // created on first use
+    // The bookmark window: touching it loads it, hidden, with its lists
+    // filled from BookMark; the unload runs its Form_Unload (the lists go
+    // back into BookMark) and destroys it.
+    Form3 *form3();
     Form3 *existingForm3() const { return m_form3.get(); }
     void unloadForm3();
 

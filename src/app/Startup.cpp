@@ -255,9 +255,11 @@ void Form1::Form_Unload(int &Cancel)
     // 5. The settings, while the other windows still answer for their geometry.
     Salva();
 
-    // 6.
-    if (Form3 *marks = ctx.existingForm3())
+    // 6. The bookmark window unloads itself a moment later (its Timer1).
+    if (Form3 *marks = ctx.existingForm3()) {
         marks->hide();
+        marks->Timer1->setInterval(50);
+    }
 
     // 7.
     WMP1.stop();

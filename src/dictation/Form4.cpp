@@ -1,7 +1,9 @@
 #include "dictation/Form4.h"
 
 #include "app/AppContext.h"
+#include "bookmarks/BookmarkFile.h"
 #include "bookmarks/Form3.h"
+#include "bookmarks/ListBox.h"
 #include "platform/Numbers.h"
 #include "platform/PlayerControl.h"
 #include "player/Form1.h"
@@ -9,7 +11,6 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
 #include <algorithm>
@@ -210,29 +211,28 @@ void Form4::goTo()
 void Form4::addBookmark()
 {
     Form3 *marks = ctx.form3();
+    // The name is taken as typed, blanks and all, and may be empty. The time
+    // always fills eight characters: "03:25" becomes "00:03:25".
     const QString name = Text1->text();
     const QString position = ctx.player().currentPositionString();
-    // The time always fills eight characters: "03:25" becomes "00:03:25".
-    // A longer time takes no pad at all.
-    const qsizetype padLength = 8 - position.size();
-    const QString pad = padLength >= 0 ? QStringLiteral("00:00:00").left(padLength) : QString();
-    const QString ChiaveBM = pad + position + QStringLiteral("  ") + name;
+    const QString ChiaveBM = BookmarkFile::key(position, name);
 
-    for (int row = 0; row < marks->List1->count(); ++row) {
-        if (marks->List1->item(row)->text() == ChiaveBM) {
+    for (int row = 0; row < marks->List1->ListCount(); ++row) {
+        if (marks->List1->List(row) == ChiaveBM) {
             ctx.msgBox(TogliAmp(ctx.Lingua(89)), MsgBox::Exclamation, TogliAmp(ctx.Lingua(1)));
             return; // the dialog stays open for another name
         }
     }
-    marks->List1->addItem(ChiaveBM);
-    marks->List2->addItem(ChiaveBM + QString(15, u' ') + pad + position);
+    // Both lists are sorted: the new row goes to its place in time.
+    marks->List1->AddItem(ChiaveBM);
+    marks->List2->AddItem(BookmarkFile::line(position, name));
 
+    // The table follows the lists' order. Row 0 is not cleared here: the
+    // copy below writes it, as there is at least one row.
     for (std::size_t i = 1; i < ctx.BookMark.size(); ++i)
         ctx.BookMark[i].clear();
-    const int rows = std::min<int>(marks->List1->count(), int(ctx.BookMark.size()));
-    for (int row = 0; row < rows; ++row) {
-        const QListWidgetItem *line = marks->List2->item(row);
-        ctx.BookMark[std::size_t(row)] = line ? line->text() : QString();
-    }
+    const int rows = std::min<int>(marks->List1->ListCount(), int(ctx.BookMark.size()));
+    for (int row = 0; row < rows; ++row)
+        ctx.BookMark[std::size_t(row)] = marks->List2->List(row);
     Unload();
 }

@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QPushButton>
 #include <optional>
 
 namespace {
@@ -97,6 +98,10 @@ void Form1::ApplicaLingua()
     if (const auto enabled = toBoolean(L(133)))
         mnuCheckUpdateStartup->setEnabled(*enabled);
     mnuNoPlayOnWrite->setText(L(135));
+    // Touching the bookmark window loads it, hidden.
+    Form3 *bookmarks = ctx.form3();
+    bookmarks->Command1->setToolTip(tip(L(93)));
+    bookmarks->Command2->setToolTip(tip(L(100)));
     // Names for the controls that have no tool tip of their own, so that a
     // screen reader can tell them.
     cmdRec->setAccessibleName(TogliAmp(L(104)));

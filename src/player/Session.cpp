@@ -3,7 +3,7 @@
 
 #include "app/AppContext.h"
 #include "app/RecentFiles.h"
-#include "bookmarks/Form3.h"
+#include "bookmarks/BookmarkFile.h"
 #include "editor/Form2.h"
 #include "platform/PlayerControl.h"
 #include "platform/TextFile.h"
@@ -71,20 +71,14 @@ void Form1::ApriMedia(const QString &path)
     // 9.
     updateRecentMedia(chosen);
 
-    // 10, 11. The bookmark file of the media, by its base name.
-    const QString baseName = Label4->Tag.mid(Label4->Tag.lastIndexOf(u'/') + 1);
-    const QString markFile = ctx.programFolder() + QStringLiteral("/Bookmarks/") + baseName + QStringLiteral(".bm");
+    // 10, 11. The bookmark file of the media, by its name (Part 4.1); the
+    // window comes up by itself with the bookmarks read.
+    const QString markFile = BookmarkFile::filePath(ctx.programFolder(), Label4->Tag);
     if (QFileInfo(markFile).isFile()) {
         ctx.unloadForm3();
-        const QStringList lines = TextFile::readLines(markFile).value_or(QStringList());
-        for (int i = 0; i < lines.size() && i <= 500; ++i) {
-            const QString &line = lines.at(i);
-            // A mark saved without its hours field gets one.
-            if (line.mid(5, 2) == QLatin1String("  "))
-                ctx.BookMark[size_t(i)] = QStringLiteral("00:") + line;
-            else
-                ctx.BookMark[size_t(i)] = line;
-        }
+        const QStringList lines = BookmarkFile::read(TextFile::readBytes(markFile).value_or(QByteArray()));
+        for (int i = 0; i < lines.size(); ++i)
+            ctx.BookMark[size_t(i)] = lines.at(i);
         mnuBookMark_Click();
         cmdPlay->LoadPicture(ctx.filesPath(QStringLiteral("pause.jpg")));
     }

@@ -241,10 +241,11 @@ TEST(InputDialog, ABookmarkRowFillsEightCharactersOfTimeAndRefusesADuplicate)
     };
     ASSERT_TRUE(name(QStringLiteral("intro")));
     ASSERT_TRUE(name(QString()));
+    // Both lists are sorted: the empty name comes before "intro".
     ASSERT_EQ(marks->List1->count(), 3);
-    EXPECT_EQ(marks->List1->item(1)->text(), at + QStringLiteral("  intro"));
-    EXPECT_EQ(marks->List2->item(1)->text(), at + QStringLiteral("  intro") + QString(15, u' ') + at);
-    EXPECT_EQ(marks->List1->item(2)->text(), at + QStringLiteral("  "));
+    EXPECT_EQ(marks->List1->item(2)->text(), at + QStringLiteral("  intro"));
+    EXPECT_EQ(marks->List2->item(2)->text(), at + QStringLiteral("  intro") + QString(15, u' ') + at);
+    EXPECT_EQ(marks->List1->item(1)->text(), at + QStringLiteral("  "));
     EXPECT_EQ(d.ctx().BookMark[0], marks->List2->item(0)->text());
     EXPECT_EQ(d.ctx().BookMark[2], marks->List2->item(2)->text());
     EXPECT_EQ(d.ctx().BookMark[3], QString());

@@ -1,0 +1,436 @@
+// Bookmarks in the running program on fakes: the file read when a media
+// opens and written when it is left, the bookmark window and its commands,
+// and the exit. The line format itself is tested in bookmark_file_test.
+
+#include "TestApp.h"
+
+#include "bookmarks/BookmarkFile.h"
+#include "bookmarks/Form3.h"
+#include "dictation/Form4.h"
+#include "editor/Form2.h"
+#include "player/Form1.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString Tail = QString(BookmarkFile::TailLength, u' ');
+
+QString line(const char *time, const char *name)
+{
+    return BookmarkFile::line(QString::fromUtf8(time), QString::fromUtf8(name));
+}
+
+QByteArray fileOf(const QStringList &lines)
+{
+    QByteArray out;
+    for (const QString &l : lines)
+        out += l.toUtf8() + "\r\n";
+    return out;
+}
+
+// Runs `use` on the Form4 that `open` shows modally, from inside the
+// dialog's own loop, as a user works it; a dialog still open afterwards is
+// cancelled, so a failing test cannot hang. False when no dialog came.
+bool withForm4(const std::function<void()> &open, const std::function<void(Form4 &)> &use)
+{
+    bool seen = false;
+    QTimer poke;
+    poke.setSingleShot(true);
+    QObject::connect(&poke, &QTimer::timeout, &poke, [&] {
+        auto *dialog = dynamic_cast<Form4 *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        seen = true;
+        use(*dialog);
+        if (!dialog->isUnloaded())
+            dialog->Command2_Click();
+    });
+    poke.start(0);
+    open();
+    return seen;
+}
+
+// The program with the shipped English texts and a media file open.
+struct Marks
+{
+    TestApp app;
+    QString media;
+
+    Marks()
+    {
+        app.folder.setSettingsLine(23, QStringLiteral("0")); // smart play off
+        EXPECT_TRUE(app.start());
+    }
+
+    Form1 &f() { return app.form1(); }
+    AppContext &ctx() { return app.ctx(); }
+    Form3 *window() { return ctx().existingForm3(); }
+    QString L(int entry) { return TogliAmp(ctx().Lingua(entry)); }
+    QString markFile() { return QStringLiteral("Bookmarks/") + BookmarkFile::fileName(media); }
+
+    void open(const QString &name = QStringLiteral("lesson.wav"), double seconds = 600)
+    {
+        media = app.mediaFile(name, seconds);
+        f().ApriMedia(media);
+    }
+    // Paused at `seconds` exactly.
+    void pauseAt(double seconds)
+    {
+        if (f().cmdPlay->Tag == ctx().Lingua(8))
+            f().cmdPlay_Click();
+        app.player->setCurrentPosition(seconds);
+    }
+    // Adds a bookmark through the player's command and the dialog; false
+    // when the dialog refused it (and was cancelled).
+    bool add(const QString &name)
+    {
+        bool added = false;
+        EXPECT_TRUE(withForm4([&] { f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
+            dialog.Text1->setText(name);
+            dialog.Command1->click();
+            added = dialog.isUnloaded();
+        }));
+        return added;
+    }
+    // The table up to its first empty entry.
+    QStringList table()
+    {
+        QStringList out;
+        for (const QString &entry : ctx().BookMark) {
+            if (entry.isEmpty())
+                break;
+            out << entry;
+        }
+        return out;
+    }
+    QStringList seeks()
+    {
+        return app.player->log.filter(QStringLiteral("seek "));
+    }
+};
+
+const QStringList ABC = {line("00:00:10", "A"), line("00:00:20", "B"), line("00:00:30", "C")};
+
+} // namespace
+
+TEST(Bookmarks, AMediaWithoutBookmarksWritesNoFile)
+{
+    Marks m;
+    m.open(QStringLiteral("first.wav"));
+    m.open(QStringLiteral("second.wav"));
+    m.ctx().BookMark[0] = QStringLiteral("   "); // blanks count as empty
+    m.f().mnuEsci_Click();
+    ASSERT_TRUE(m.ctx().processEnded());
+    EXPECT_EQ(QDir(m.app.folder.file(QStringLiteral("Bookmarks"))).entryList(QDir::Files), QStringList());
+}
+
+TEST(Bookmarks, AFileOf502LinesLoads501AndTheWindowComesUpByItself)
+{
+    Marks m;
+    QStringList lines;
+    for (int i = 0; i < 502; ++i)
+        lines << BookmarkFile::line(QStringLiteral("%1:%2").arg(i / 60, 2, 10, QChar(u'0')).arg(i % 60, 2, 10, QChar(u'0')),
+                                    QStringLiteral("n%1").arg(i));
+    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(lines));
+    m.open();
+    EXPECT_EQ(m.table(), lines.mid(0, 501));
+    ASSERT_TRUE(m.window());
+    EXPECT_TRUE(m.window()->isVisible());
+    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(85));
+    EXPECT_EQ(m.window()->List1->ListCount(), 501);
+    EXPECT_EQ(m.window()->List1->List(500), QStringLiteral("00:08:20  n500"));
+}
+
+TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
+{
+    Marks m;
+    const QString old = QStringLiteral("12:30  Intro") + Tail + QStringLiteral("12:30");
+    m.app.folder.write(QStringLiteral("Bookmarks/long.wav.bm"), fileOf({old}));
+    m.open(QStringLiteral("long.wav"), 50000);
+    EXPECT_EQ(m.table(), QStringList{QStringLiteral("00:") + old});
+
+    ListBox *list = m.window()->List1;
+    ASSERT_EQ(list->ListCount(), 1);
+    EXPECT_EQ(list->List(0), QStringLiteral("00:12:30  Intro"));
+    m.app.player->clearLog();
+    list->doItemsLayout(); // the view lays its rows out late
+    const QPoint at = list->visualItemRect(list->item(0)).center();
+    // A double click as the system delivers it: press, release, double
+    // click, release.
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, at);
+    // "12:30" read by position: 12 hours, 30 minutes, 30 seconds.
+    EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 45030")});
+
+    // The mended line is saved in the new form.
+    m.f().mnuEsci_Click();
+    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf({QStringLiteral("00:") + old}));
+}
+
+TEST(Bookmarks, DeletingARowLeavesTheHiddenListAsItWas)
+{
+    Marks m;
+    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
+    m.open();
+    Form3 *w = m.window();
+
+    w->Command2->click(); // nothing selected: nothing happens
+    EXPECT_EQ(w->List1->ListCount(), 3);
+
+    w->List1->setListIndex(0);
+    w->Command2->click();
+    EXPECT_EQ(w->List1->rows(), QStringList({QStringLiteral("00:00:20  B"), QStringLiteral("00:00:30  C")}));
+    EXPECT_EQ(w->List2->rows(), ABC);
+    EXPECT_EQ(m.table(), ABC.mid(0, 2));
+    EXPECT_EQ(w->List1->ListIndex(), -1);
+
+    // Row 0 shows B, and jumps to A's time.
+    m.app.player->clearLog();
+    w->List1->setListIndex(0);
+    w->List1_DblClick();
+    EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 10")});
+
+    // With every row deleted the table is empty and the file stays as it is.
+    w->Command2->click();
+    w->List1->setListIndex(0);
+    w->Command2->click();
+    EXPECT_EQ(m.table(), QStringList());
+    m.f().mnuEsci_Click();
+    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf(ABC));
+}
+
+TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
+{
+    Marks m;
+    m.open();
+    m.pauseAt(42.4);
+    EXPECT_TRUE(m.add(QStringLiteral("x")));
+    EXPECT_TRUE(m.app.dialogs->messages.isEmpty());
+
+    EXPECT_FALSE(m.add(QStringLiteral("x")));
+    ASSERT_EQ(m.app.dialogs->messages.size(), 1);
+    EXPECT_EQ(m.app.dialogs->messages[0].text, m.L(89));
+    EXPECT_EQ(m.app.dialogs->messages[0].title, m.L(1));
+    EXPECT_EQ(m.app.dialogs->messages[0].style, 48);
+
+    EXPECT_TRUE(m.add(QStringLiteral("y")));
+    EXPECT_EQ(m.table(), QStringList({line("00:42", "x"), line("00:42", "y")}));
+    EXPECT_EQ(m.app.dialogs->beeps, 3);
+}
+
+TEST(Bookmarks, AnEarlierBookmarkLandsFirstAndTheTableFollowsTheList)
+{
+    Marks m;
+    m.open();
+    m.pauseAt(30);
+    ASSERT_TRUE(m.add(QStringLiteral("late")));
+    m.pauseAt(10);
+    ASSERT_TRUE(m.add(QStringLiteral("early")));
+    EXPECT_EQ(m.window()->List1->rows(), QStringList({QStringLiteral("00:00:10  early"), QStringLiteral("00:00:30  late")}));
+    EXPECT_EQ(m.table(), QStringList({line("00:10", "early"), line("00:30", "late")}));
+}
+
+TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
+{
+    Marks m;
+    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"),
+                       fileOf({line("00:00:01", "start"), line("00:00:20", "B"), line("00:00:30", "C")}));
+    m.open();
+    struct Step
+    {
+        const char *name;
+        void (Form1::*command)();
+        int row;
+        QStringList seeks;
+    };
+    const Step steps[] = {
+        {"previous with no row selected", &Form1::mnuBMprecedente_Click, -1, {}},
+        {"next selects row 0, at 1 s: no jump", &Form1::mnuBMsuccessivo_Click, 0, {}},
+        {"next", &Form1::mnuBMsuccessivo_Click, 1, {QStringLiteral("seek 20")}},
+        {"next to the last row", &Form1::mnuBMsuccessivo_Click, 2, {QStringLiteral("seek 30")}},
+        {"next on the last row", &Form1::mnuBMsuccessivo_Click, 2, {}},
+        {"previous", &Form1::mnuBMprecedente_Click, 1, {QStringLiteral("seek 20")}},
+        {"previous to the first row", &Form1::mnuBMprecedente_Click, 0, {}},
+        {"previous on the first row", &Form1::mnuBMprecedente_Click, 0, {}},
+    };
+    for (const Step &step : steps) {
+        SCOPED_TRACE(step.name);
+        m.app.player->clearLog();
+        (m.f().*step.command)();
+        EXPECT_EQ(m.window()->List1->ListIndex(), step.row);
+        EXPECT_EQ(m.seeks(), step.seeks);
+    }
+}
+
+TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
+{
+    struct Row
+    {
+        const char *name;
+        double at;
+        QStringList logBeforeDialog;
+        const char *shown;
+    };
+    const Row rows[] = {
+        {"at the end", 180, {QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}, "00:00:00  here"},
+        {"before the end", 179, {}, "00:02:59  here"},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        Marks m;
+        m.open(QStringLiteral("short.wav"), 180);
+        m.pauseAt(row.at);
+        m.app.player->clearLog();
+        QStringList logAtDialog;
+        ASSERT_TRUE(withForm4([&] { m.f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
+            logAtDialog = m.app.player->log;
+            dialog.Text1->setText(QStringLiteral("here"));
+            dialog.Command1->click();
+        }));
+        EXPECT_EQ(logAtDialog, row.logBeforeDialog);
+        EXPECT_EQ(m.window()->List1->rows(), QStringList{QString::fromUtf8(row.shown)});
+        EXPECT_EQ(m.app.dialogs->beeps, 1);
+    }
+}
+
+TEST(Bookmarks, TheWindowStandsBesideThePlayerAndTheEditorMovesBelow)
+{
+    Marks m;
+    m.open();
+    Form1 &f = m.f();
+    Form2 &editor = m.app.form2();
+    const auto onScreen = [](int twips) { return Twips::fromPixels(Twips::toPixels(twips)); };
+
+    f.mnuBookMark_Click();
+    Form3 *w = m.window();
+    ASSERT_TRUE(w->isVisible());
+    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(85));
+    EXPECT_EQ(w->windowTitle(), m.ctx().Lingua(120));
+    EXPECT_EQ(w->Command1->toolTip(), u' ' + m.ctx().Lingua(93) + u' ');
+    EXPECT_EQ(w->Command2->toolTip(), u' ' + m.ctx().Lingua(100) + u' ');
+    EXPECT_EQ(w->Top(), f.Top());
+    EXPECT_EQ(w->Left(), onScreen(f.Left() + f.Width() + 60));
+    EXPECT_EQ(w->Height(), f.Height());
+    EXPECT_EQ(w->Width(), onScreen(editor.Width() - f.Width() - 60));
+    EXPECT_EQ(editor.Top(), onScreen(w->Top() + w->Height() + 30));
+    // Form_Resize: the list to the window's width, the buttons to its right.
+    EXPECT_EQ(w->Command1->x(), Twips::toPixels(w->Width() - 525 - 160));
+    EXPECT_EQ(w->Command2->x(), Twips::toPixels(w->Width() - 525 - 160 - 525 - 60));
+
+    f.mnuBookMark_Click();
+    EXPECT_FALSE(w->isVisible());
+    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(84));
+
+    // The frame's close button unloads the window, once the close is over.
+    f.mnuBookMark_Click();
+    w->close();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m.window(), nullptr);
+    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(84));
+}
+
+TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
+{
+    Marks m;
+    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
+    m.open();
+    m.ctx().unloadForm3();
+    EXPECT_EQ(m.table(), ABC);
+    m.f().Salva(); // reads the window's geometry, which loads it hidden
+    ASSERT_TRUE(m.window());
+    EXPECT_FALSE(m.window()->isVisible());
+    m.ctx().unloadForm3();
+    EXPECT_EQ(m.table(), ABC);
+    // Next works on the hidden window as well.
+    m.app.player->clearLog();
+    m.f().mnuBMsuccessivo_Click();
+    EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 10")});
+}
+
+TEST(Bookmarks, TheExitSavesAndTheWindowUnloadsItselfBy50Ms)
+{
+    Marks m;
+    m.open();
+    m.pauseAt(5);
+    ASSERT_TRUE(m.add(QStringLiteral("five")));
+    m.f().mnuEsci_Click();
+    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf({line("00:05", "five")}));
+    ASSERT_TRUE(m.window());
+    EXPECT_FALSE(m.window()->isVisible());
+    EXPECT_EQ(m.window()->Timer1->interval(), 50);
+    m.app.advance(50);
+    EXPECT_EQ(m.window(), nullptr);
+    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
+}
+
+TEST(Bookmarks, ThreeAddedComeBackAtTheNextStartAndAreSavedByteForByte)
+{
+    QByteArray saved;
+    QStringList carried = {QStringLiteral("Files/Quillmere.ini"), QStringLiteral("Files/LastFiles.ini")};
+    std::map<QString, QByteArray> folder;
+    {
+        Marks first;
+        first.open(QStringLiteral("talk.wav"));
+        for (const auto &[at, name] : {std::pair{20.0, "b"}, std::pair{5.0, "a"}, std::pair{40.0, "c"}}) {
+            first.pauseAt(at);
+            ASSERT_TRUE(first.add(QString::fromUtf8(name)));
+        }
+        first.f().mnuEsci_Click();
+        saved = first.app.folder.read(first.markFile());
+        carried << first.markFile();
+        for (const QString &file : carried)
+            folder[file] = first.app.folder.read(file);
+    }
+    EXPECT_EQ(saved, fileOf({line("00:05", "a"), line("00:20", "b"), line("00:40", "c")}));
+
+    // The same program folder at the next start.
+    Marks second;
+    for (const auto &[file, bytes] : folder)
+        second.app.folder.write(file, bytes);
+    second.open(QStringLiteral("talk.wav"));
+    ASSERT_TRUE(second.window());
+    EXPECT_TRUE(second.window()->isVisible());
+    EXPECT_EQ(second.window()->List1->rows(), QStringList({QStringLiteral("00:00:05  a"), QStringLiteral("00:00:20  b"),
+                                                           QStringLiteral("00:00:40  c")}));
+    second.f().mnuEsci_Click();
+    EXPECT_EQ(second.app.folder.read(second.markFile()), saved);
+}
+
+TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
+{
+    Marks m;
+    m.open();
+    m.pauseAt(83);
+    m.app.form2().hide();
+    QApplication::setActiveWindow(&m.f());
+    m.f().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m.f()));
+
+    ASSERT_TRUE(withForm4([&] { QTest::keyClick(&m.f(), Qt::Key_M, Qt::ControlModifier); }, [&](Form4 &dialog) {
+        EXPECT_EQ(dialog.Caption(), m.L(93));
+        EXPECT_EQ(dialog.Label1->Caption(), m.L(88));
+        QTest::keyClicks(dialog.Text1, QStringLiteral("chapter one"));
+        QTest::keyClick(dialog.Text1, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isUnloaded());
+    }));
+    EXPECT_EQ(m.table(), QStringList{line("01:23", "chapter one")});
+    ASSERT_TRUE(m.window());
+    EXPECT_TRUE(m.window()->isVisible());
+    EXPECT_EQ(m.app.dialogs->beeps, 1);
+
+    QApplication::setActiveWindow(&m.f());
+    QTest::keyClick(&m.f(), Qt::Key_F8);
+    EXPECT_FALSE(m.window()->isVisible());
+    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
+    QTest::keyClick(&m.f(), Qt::Key_F8);
+    EXPECT_TRUE(m.window()->isVisible());
+}
