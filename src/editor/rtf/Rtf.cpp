@@ -12,7 +12,17 @@ namespace Rtf {
 
 bool looksLikeRtf(const QByteArray &data)
 {
-    return data.startsWith("{\\rtf");
+    return data.mid(rtfStart(data)).startsWith("{\\rtf");
+}
+
+qsizetype rtfStart(const QByteArray &data)
+{
+    // Editors that save RTF as "text" may put a UTF-8 byte-order mark or
+    // blank lines before it.
+    qsizetype at = data.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    while (at < data.size() && (data[at] == ' ' || data[at] == '\t' || data[at] == '\r' || data[at] == '\n'))
+        ++at;
+    return at;
 }
 
 QByteArray fromDocument(const QTextDocument &doc)

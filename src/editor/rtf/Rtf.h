@@ -23,8 +23,11 @@ class QTextDocument;
 // input and uses memory bounded by a small multiple of it.
 namespace Rtf {
 
-// True when the data starts exactly with "{\rtf".
+// True when the data starts with "{\rtf", after a UTF-8 byte-order mark
+// and blanks, if any.
 bool looksLikeRtf(const QByteArray &data);
+// Where "{\rtf" starts: the length of that byte-order mark and those blanks.
+qsizetype rtfStart(const QByteArray &data);
 
 // The whole document as RTF; every paragraph ends with \par.
 QByteArray fromDocument(const QTextDocument &doc);
