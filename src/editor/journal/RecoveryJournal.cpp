@@ -40,6 +40,9 @@ void RecoveryJournal::follow(QTextDocument *document, std::function<Name()> name
         disconnect(m_document, nullptr, this, nullptr);
     m_document = document;
     m_name = std::move(name);
+    m_pending = false;
+    m_idle->setInterval(0);
+    m_longest->setInterval(0);
     if (!m_document)
         return;
     // contentsChanged comes for formats as well as for text.
