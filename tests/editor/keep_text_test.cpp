@@ -6,29 +6,29 @@
 #include "editor/journal/RecoveryJournal.h"
 #include "platform/TextFile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringEncoder>
 #include <QTextDocument>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-// Runs `body` without root rights: as root in a child process that drops to
-// "nobody", otherwise in this process. The body's result comes back.
-bool withoutRoot(const std::function<bool()> &body)
+// Root may write anywhere: the rights of "nobody" stand in for the user's
+// while the object lives.
+struct WithoutRoot
 {
-    if (geteuid() != 0)
-        return body();
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(setgid(65534) == 0 && setuid(65534) == 0 && body() ? 0 : 1);
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
+    WithoutRoot()
+    {
+        if (geteuid() == 0 && (setegid(65534) != 0 || seteuid(65534) != 0))
+            ADD_FAILURE() << "cannot drop root's rights";
+    }
+    ~WithoutRoot()
+    {
+        if (getuid() == 0 && (seteuid(0) != 0 || setegid(0) != 0))
+            ADD_FAILURE() << "cannot take root's rights back";
+    }
+};
 
 QByteArray journalOf(TestApp &app)
 {
@@ -40,28 +40,24 @@ QByteArray journalOf(TestApp &app)
 
 TEST(KeepText, PlainTextDecodesByMarkUtf8AndTheUsersCodePage)
 {
-    struct Case { const char *encoding; const char *language; const char *locale; QString text; };
+    struct Case { const char *encoding; bool bom; const char *language; const char *locale; QString text; };
     const QString french = QStringLiteral("Où êtes-vous, garçon ? Déjà là.");
     const Case cases[] = {
-        {"UTF-8", "English.lng", "fr_FR", french},
-        {"UTF-8 BOM", "English.lng", "en_US", french},
-        {"UTF-16LE", "English.lng", "en_US", french},
-        {"UTF-16BE", "English.lng", "en_US", french},
-        {"windows-1252", "Français.lng", "fr_FR", french},
-        {"windows-1251", "Russian.lng", "en_US", QStringLiteral("Привет, как дела? Щука и ёж.")},
-        {"windows-1251", "English.lng", "uk_UA", QStringLiteral("Київ, Харків і Львів.")},
-        {"windows-1253", "English.lng", "el_GR", QStringLiteral("Καλημέρα, τι κάνετε;")},
-        {"windows-1250", "Hungarian.lng", "en_US", QStringLiteral("Árvíztűrő tükörfúrógép, őz.")},
-        {"windows-1254", "English.lng", "tr_TR", QStringLiteral("Işık ğüşöç İstanbul.")},
+        {"UTF-8", false, "English.lng", "fr_FR", french},
+        {"UTF-8", true, "English.lng", "en_US", french},
+        {"UTF-16LE", true, "English.lng", "en_US", french},
+        {"UTF-16BE", true, "English.lng", "en_US", french},
+        {"windows-1252", false, "Français.lng", "fr_FR", french},
+        {"windows-1251", false, "Russian.lng", "en_US", QStringLiteral("Привет, как дела? Щука и ёж.")},
+        {"windows-1251", false, "English.lng", "uk_UA", QStringLiteral("Київ, Харків і Львів.")},
+        {"windows-1253", false, "English.lng", "el_GR", QStringLiteral("Καλημέρα, τι κάνετε;")},
+        {"windows-1250", false, "Hungarian.lng", "en_US", QStringLiteral("Árvíztűrő tükörfúrógép, őz.")},
+        {"windows-1254", false, "English.lng", "tr_TR", QStringLiteral("Işık ğüşöç İstanbul.")},
     };
     for (const Case &c : cases) {
-        const bool bom = QByteArray(c.encoding).endsWith(" BOM");
-        QStringEncoder encoder(bom ? "UTF-8" : c.encoding, bom || QByteArray(c.encoding).startsWith("UTF-16")
-                                                               ? QStringEncoder::Flag::WriteBom
-                                                               : QStringEncoder::Flag::Default);
-        const QByteArray bytes = encoder.encode(c.text);
+        QStringEncoder encoder(c.encoding, c.bom ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
         const char *codec = TextFile::legacyCodecFor(QString::fromUtf8(c.language), QString::fromUtf8(c.locale));
-        EXPECT_EQ(TextFile::decode(bytes, codec), c.text) << c.encoding << " " << c.language << " " << c.locale;
+        EXPECT_EQ(TextFile::decode(encoder.encode(c.text), codec), c.text) << c.encoding << " " << c.locale;
     }
 }
 
@@ -105,42 +101,36 @@ TEST(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
     typeText(editor.RTB, QStringLiteral("hours of work"));
 
     // A folder that allows no temporary file, holding a file that may be
-    // written; and one holding a file that may not.
-    QDir(app.folder.path()).mkdir(QStringLiteral("locked"));
+    // written and one that may not.
     const QString folder = app.folder.file(QStringLiteral("locked"));
-    const QString writable = folder + QStringLiteral("/writable.rtf");
-    const QString readOnly = folder + QStringLiteral("/read-only.rtf");
     app.folder.write(QStringLiteral("locked/writable.rtf"), "{\\rtf1 old}");
     app.folder.write(QStringLiteral("locked/read-only.rtf"), "{\\rtf1 old}");
-    QFile::setPermissions(writable, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadOther
-                                        | QFileDevice::WriteOther);
-    QFile::setPermissions(readOnly, QFileDevice::ReadOwner | QFileDevice::ReadOther);
-    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner | QFileDevice::ReadOther
-                                      | QFileDevice::ExeOther);
+    const auto all = QFileDevice::ReadOwner | QFileDevice::ReadOther | QFileDevice::ExeOwner | QFileDevice::ExeOther;
+    QFile::setPermissions(folder + QStringLiteral("/writable.rtf"), all | QFileDevice::WriteOther);
+    QFile::setPermissions(folder, all);
     QFile::setPermissions(app.folder.path(), QFile::permissions(app.folder.path()) | QFileDevice::ExeOther);
-
-    const bool ok = withoutRoot([&] {
-        if (QFile(folder + QStringLiteral("/probe")).open(QIODevice::WriteOnly))
-            return false; // the folder is not read-only for this user
-        app.ctx().FileEditor = writable;
+    {
+        WithoutRoot user;
+        ASSERT_FALSE(QFile(folder + QStringLiteral("/probe")).open(QIODevice::WriteOnly));
+        app.ctx().FileEditor = folder + QStringLiteral("/writable.rtf");
         editor.Label2_Click(2);
-        if (!TextFile::readBytes(writable).value_or(QByteArray()).contains("hours of work")
-            || app.ctx().TestoModificato != 0 || !app.dialogs->messages.isEmpty())
-            return false;
+        EXPECT_TRUE(app.folder.read(QStringLiteral("locked/writable.rtf")).contains("hours of work"));
+        EXPECT_EQ(app.ctx().TestoModificato, 0);
+        EXPECT_EQ(app.dialogs->messages.size(), 0);
 
         typeText(editor.RTB, QStringLiteral(" more"));
-        app.ctx().FileEditor = readOnly;
+        app.ctx().FileEditor = folder + QStringLiteral("/read-only.rtf");
         editor.Label2_Click(2);
-        if (app.dialogs->messages.size() != 1 || !app.dialogs->messages[0].text.startsWith(QStringLiteral("T136\r\r"))
-            || app.dialogs->messages[0].text.size() <= 6 || app.ctx().TestoModificato != 1)
-            return false;
-        // The exit asks, Yes tries the save again, it fails: the program stays.
+        ASSERT_EQ(app.dialogs->messages.size(), 1);
+        EXPECT_TRUE(app.dialogs->messages[0].text.startsWith(QStringLiteral("T136\r\r"))); // and the reason
+        EXPECT_GT(app.dialogs->messages[0].text.size(), 6);
+        EXPECT_EQ(app.ctx().TestoModificato, 1);
+        // The exit asks; Yes saves again, which fails: the program stays.
         app.form1().mnuEsci_Click();
-        return app.dialogs->messages.size() == 3 && !app.ctx().processEnded()
-               && TextFile::readBytes(readOnly) == QByteArray("{\\rtf1 old}");
-    });
-    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    EXPECT_TRUE(ok);
+        EXPECT_EQ(app.dialogs->messages.size(), 3);
+        EXPECT_FALSE(app.ctx().processEnded());
+    }
+    QFile::setPermissions(folder, all | QFileDevice::WriteOwner);
 }
 
 TEST(KeepText, AFileThatLostContentAsksOnceBeforeTheFirstSaveOverIt)

@@ -45,6 +45,7 @@ killed() { kill -9 "$PID"; wait "$PID" 2>/dev/null || true; }
 start
 window '^Text Editor - '
 xdotool type --delay 20 'Rescued words'
+# The editor acts on Ctrl+I when the letter is released with Ctrl still held.
 xdotool key ctrl+a; sleep 0.3; xdotool keydown ctrl; sleep 0.2; xdotool key i; sleep 0.2; xdotool keyup ctrl; sleep 0.3; xdotool key End
 sleep 3
 grep -q 'Rescued words' "$J" 2>/dev/null || fail "no journal with the typed text"

@@ -55,7 +55,7 @@ void insert(QTextCursor &cursor, const QByteArray &data)
     cursor.removeSelectedText();
     if (looksLikeRtf(data)) {
         detail::DocumentBuilder builder(cursor, false);
-        detail::read(data, builder);
+        detail::read(data.mid(rtfStart(data)), builder);
     } else {
         const QString text = plainFallbackDecode(data);
         if (!text.isEmpty())
