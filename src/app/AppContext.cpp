@@ -4,6 +4,7 @@
 #include "bookmarks/Form3.h"
 #include "editor/Form2.h"
 #include "editor/UndoHistory.h"
+#include "editor/journal/RecoveryJournal.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
@@ -29,6 +30,8 @@ AppContext::AppContext(QString programFolder, Services services, QString command
 
 AppContext::~AppContext()
 {
+    // The journal follows the editor's document: it goes before the windows.
+    m_journal.reset();
     // The windows go first: their timers and the player refer to the rest.
     m_form1.reset();
     m_form3.reset();
@@ -80,6 +83,9 @@ void AppContext::endProcess()
     if (m_ended)
         return;
     m_ended = true;
+    // A normal end leaves no journal: the text was saved or given up.
+    if (m_journal)
+        m_journal->discard();
     if (onEndProcess)
         onEndProcess();
 }
@@ -211,6 +217,9 @@ bool AppContext::Main()
 
     // 5, 6. The rich-text control is part of the toolkit: nothing to
     // register.
+
+    // The journal of unsaved text belongs to the one running instance.
+    m_journal = std::make_unique<RecoveryJournal>(timers(), filesPath(QStringLiteral("Recovery")));
 
     // 7. Create the player window; its start-up routines run now.
     m_form1 = std::make_unique<Form1>(*this);

@@ -16,6 +16,7 @@
 class Form1;
 class Form2;
 class Form3;
+class RecoveryJournal;
 class UndoHistory;
 class QWidget;
 
@@ -136,6 +137,10 @@ public:
 
     UndoHistory &undo() { return *m_undo; }
 
+    // The journal of the unsaved document; made by Main once this instance
+    // is the only one.
+    RecoveryJournal *journal() const { return m_journal.get(); }
+
     // Reloads the language table from Files/Lang/<FileLingua>, tolerant of
     // long files (lines past the table are skipped).
     void loadLanguage();
@@ -150,6 +155,7 @@ private:
     std::unique_ptr<Form2> m_form2;
     std::unique_ptr<Form3> m_form3;
     std::unique_ptr<Form1> m_form1;
+    std::unique_ptr<RecoveryJournal> m_journal;
 };
 
 // Every "&" taken out: a menu text shown as plain text.

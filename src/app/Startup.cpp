@@ -5,6 +5,7 @@
 #include "app/SettingsFile.h"
 #include "bookmarks/Form3.h"
 #include "editor/Form2.h"
+#include "editor/journal/RecoveryJournal.h"
 #include "platform/Numbers.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
@@ -149,6 +150,11 @@ void Form1::Form_Load()
         marks->setHeight(line20);
         marks->show();
     }
+
+    // Unsaved text of a run that ended abruptly, offered back before
+    // anything else happens.
+    if (RecoveryJournal *journal = ctx.journal())
+        journal->offer(ctx);
 
     // 10. Captions from the language table.
     ApplicaLingua();

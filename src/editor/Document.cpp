@@ -5,8 +5,12 @@
 #include "app/RecentFiles.h"
 #include "editor/Form2.h"
 
+#include "platform/TextFile.h"
+
 #include <QAction>
 #include <QFileInfo>
+#include <QLocale>
+#include <QTextDocument>
 
 void Form2::Label2_Click(int Index)
 {
@@ -29,6 +33,7 @@ void Form2::Label2_Click(int Index)
         // FileEditor keeps its value on purpose: Save after New writes over
         // the last file without asking.
         ctx.TestoModificato = 0;
+        RTB->document()->setModified(false);
         break;
     case 1: // Open
         if (!askToSaveChanges())
@@ -39,10 +44,16 @@ void Form2::Label2_Click(int Index)
         if (ctx.FileEditor.size() > 0) {
             ctx.dialogs().beep();
             if (ctx.TestoModificato == 1) {
-                // A failed write is skipped like any failing step.
-                RTB->SaveFile(ctx.FileEditor);
+                if (wantsAnotherName(ctx.FileEditor)) {
+                    mnuSalvaConNome_Click();
+                    break;
+                }
+                const bool written = writeDocument(ctx.FileEditor);
                 SalvaFilesRecenti(ctx.FileEditor);
-                ctx.TestoModificato = 0;
+                // A failed write leaves the text unsaved, so that the exit
+                // still asks.
+                if (written)
+                    ctx.TestoModificato = 0;
             }
         } else if (ctx.TestoModificato == 1) {
             mnuSalvaConNome_Click();
@@ -156,14 +167,26 @@ void Form2::ApriDocumento(const QString &path)
         ctx.warn(98);
         return;
     }
+    // A file that is no text at all (a word processor's, a picture) is not
+    // taken: the editor keeps its text and its name.
+    RTB->plainTextCodec = TextFile::legacyCodecFor(ctx.FileLingua, QLocale::system().name());
+    RichTextBox::LoadOutcome outcome;
+    const bool loaded = RTB->LoadFile(ctx.FileScelto, &outcome);
+    if (outcome.notText) {
+        ctx.warn(138);
+        return;
+    }
     // 4 to 9. An unreadable file leaves the old text, and the rest still
     // runs: the caption and FileEditor then name the file that wasn't loaded.
     ctx.CartellaMedia = ctx.currentDirectory;
     ctx.FileEditor = ctx.FileScelto;
-    RTB->LoadFile(ctx.FileEditor);
     SalvaFilesRecenti(ctx.FileEditor);
     showDocumentName(ctx.FileEditor);
     ctx.TestoModificato = 0;
+    if (loaded) {
+        fileLosingContent = outcome.lostContent ? ctx.FileEditor : QString();
+        RTB->document()->setModified(false);
+    }
 }
 
 void Form2::mnuSalvaConNome_Click()
@@ -187,10 +210,36 @@ void Form2::mnuSalvaConNome_Click()
     ctx.FileEditor = ctx.FileScelto;
     // Always RTF, under a ".txt" name too: such a file opens again with its
     // formatting.
-    RTB->SaveFile(ctx.FileEditor);
+    const bool written = writeDocument(ctx.FileEditor);
     SalvaFilesRecenti(ctx.FileEditor);
     showDocumentName(ctx.FileEditor);
-    ctx.TestoModificato = 0;
+    if (written)
+        ctx.TestoModificato = 0;
+}
+
+bool Form2::writeDocument(const QString &path)
+{
+    QString reason;
+    if (!RTB->SaveFile(path, &reason)) {
+        ctx.msgBox(TogliAmp(ctx.Lingua(136)) + QStringLiteral("\r\r") + reason, MsgBox::Exclamation,
+                   TogliAmp(ctx.Lingua(1)));
+        return false;
+    }
+    // The user chose where it goes: what the loaded file held is given up.
+    if (path == fileLosingContent)
+        fileLosingContent.clear();
+    RTB->document()->setModified(false);
+    return true;
+}
+
+bool Form2::wantsAnotherName(const QString &path)
+{
+    if (fileLosingContent.isEmpty() || path != fileLosingContent)
+        return false;
+    // Asked once: a No means the user accepts the loss.
+    fileLosingContent.clear();
+    return ctx.msgBox(TogliAmp(ctx.Lingua(139)), MsgBox::YesNo | MsgBox::Exclamation, TogliAmp(ctx.Lingua(1)))
+           == MsgBox::Yes;
 }
 
 void Form2::SalvaFilesRecenti(const QString &path)

@@ -107,6 +107,9 @@ public:
     void SalvaFilesRecenti(const QString &path);
     void mnuRecent_Click(int index); // 0..3
     void mnuSelezionaTutto_Click();
+    // The file whose load dropped content the editor cannot keep (tables,
+    // footnotes...): the first save over it asks for another name.
+    QString fileLosingContent;
     // Find and replace are not there yet.
     void mnuTrova_Click() {}
     void mnuSostituisci_Click() {}
@@ -144,4 +147,9 @@ private:
     // The caption with the name behind the last '/' of `path`; kept as it
     // is when there is none.
     void showDocumentName(const QString &path);
+    // Writes the document; a failure is told with the system's reason.
+    bool writeDocument(const QString &path);
+    // The question before a save over a file whose load lost content; true
+    // when the user wants another name.
+    bool wantsAnotherName(const QString &path);
 };

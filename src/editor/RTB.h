@@ -65,12 +65,22 @@ public:
     void setSelAlignment(int alignment);
 
     // --- Files, printing, search -------------------------------------------
+    // What a load found beyond the text it loaded.
+    struct LoadOutcome
+    {
+        bool notText = false;     // binary or a word processor's container: not loaded
+        bool lostContent = false; // RTF content the editor cannot keep was dropped
+    };
     // Replaces the whole content by the file: RTF when it is RTF, otherwise
-    // plain text. Raises Change. False (content kept) when unreadable.
-    bool LoadFile(const QString &path);
-    // Writes the whole content as RTF, whatever the extension. The old file
-    // is replaced only once the new one is completely written.
-    bool SaveFile(const QString &path);
+    // plain text decoded by its byte-order mark, as UTF-8, or else in
+    // `plainTextCodec`. Raises Change. False (content kept) when unreadable
+    // or not text at all.
+    bool LoadFile(const QString &path, LoadOutcome *outcome = nullptr);
+    // Writes the whole content as RTF, whatever the extension, through the
+    // program's one write routine. False with the system's reason in `error`.
+    bool SaveFile(const QString &path, QString *error = nullptr);
+    // The single-byte code page of plain text that is not UTF-8.
+    QByteArray plainTextCodec = "windows-1252";
     // Printing of the selection is not there yet.
     void SelPrint() {}
     // Searches from `start` (the caret when negative); options 2 whole word,

@@ -5,8 +5,6 @@
 #include "editor/rtf/Rtf.h"
 #include "platform/TextFile.h"
 
-#include <QFile>
-#include <QSaveFile>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -222,43 +220,43 @@ void RichTextBox::setSelAlignment(int alignment)
 
 // --- Files -------------------------------------------------------------------
 
-bool RichTextBox::LoadFile(const QString &path)
+bool RichTextBox::LoadFile(const QString &path, LoadOutcome *outcome)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    LoadOutcome found;
+    const auto bytes = TextFile::readBytes(path);
+    if (!bytes)
         return false;
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    const bool rtf = Rtf::looksLikeRtf(*bytes);
+    found.notText = !rtf && TextFile::looksBinary(*bytes);
+    if (outcome)
+        *outcome = found;
+    // A word processor's file read as text would be garbage that one save
+    // writes back under its name: the editor keeps what it has instead.
+    if (found.notText)
         return false;
 
     EditScope scope(*this);
     wholeTextChanged();
-    if (Rtf::looksLikeRtf(bytes)) {
-        Rtf::load(*document(), bytes);
+    if (rtf) {
+        found.lostContent = Rtf::load(*document(), bytes->mid(Rtf::rtfStart(*bytes))).lostContent;
     } else {
         QTextCursor c(document());
         c.select(QTextCursor::Document);
         c.removeSelectedText();
         c.setBlockFormat(QTextBlockFormat());
         c.setCharFormat(QTextCharFormat());
-        insertPlain(c, TextFile::decode(bytes));
+        insertPlain(c, TextFile::decode(*bytes, plainTextCodec.constData()));
     }
+    if (outcome)
+        *outcome = found;
     QTextCursor start(document());
     setTextCursor(start);
     return true;
 }
 
-bool RichTextBox::SaveFile(const QString &path)
+bool RichTextBox::SaveFile(const QString &path, QString *error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    const QByteArray rtf = Rtf::fromDocument(*document());
-    if (file.write(rtf) != rtf.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
+    return TextFile::writeBytes(path, Rtf::fromDocument(*document()), error);
 }
 
 qint32 RichTextBox::Find(const QString &text, qint32 start, int options)

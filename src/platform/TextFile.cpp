@@ -3,11 +3,16 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QStringDecoder>
+#include <utility>
 
 namespace TextFile {
 
 QString decode(const QByteArray &bytes, const char *legacyCodec)
 {
+    if (bytes.startsWith("\xFF\xFE"))
+        return QStringDecoder(QStringDecoder::Utf16LE).decode(QByteArrayView(bytes).sliced(2));
+    if (bytes.startsWith("\xFE\xFF"))
+        return QStringDecoder(QStringDecoder::Utf16BE).decode(QByteArrayView(bytes).sliced(2));
     QByteArray data = bytes;
     if (data.startsWith("\xEF\xBB\xBF"))
         data.remove(0, 3);
@@ -19,6 +24,39 @@ QString decode(const QByteArray &bytes, const char *legacyCodec)
     if (!legacy.isValid())
         legacy = QStringDecoder(QStringDecoder::Latin1);
     return legacy.decode(data);
+}
+
+const char *legacyCodecFor(const QString &languageFile, const QString &localeName)
+{
+    // The language files that stand for a language outside Western Europe.
+    const QString stem = languageFile.section(u'.', 0, 0).toLower();
+    if (stem == QLatin1String("russian"))
+        return "windows-1251";
+    if (stem == QLatin1String("hungarian"))
+        return "windows-1250";
+    const QString language = localeName.section(u'_', 0, 0).section(u'-', 0, 0).toLower();
+    static const std::pair<const char *, const char *> byLanguage[] = {
+        {"ru", "windows-1251"}, {"uk", "windows-1251"}, {"bg", "windows-1251"}, {"sr", "windows-1251"},
+        {"be", "windows-1251"}, {"mk", "windows-1251"},
+        {"pl", "windows-1250"}, {"cs", "windows-1250"}, {"sk", "windows-1250"}, {"hu", "windows-1250"},
+        {"sl", "windows-1250"}, {"hr", "windows-1250"}, {"ro", "windows-1250"}, {"bs", "windows-1250"},
+        {"sq", "windows-1250"},
+        {"el", "windows-1253"}, {"tr", "windows-1254"},
+    };
+    for (const auto &[code, codec] : byLanguage) {
+        if (language == QLatin1String(code))
+            return codec;
+    }
+    return DefaultLegacyCodec;
+}
+
+bool looksBinary(const QByteArray &bytes)
+{
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
+        return false;
+    if (bytes.startsWith("PK\x03\x04") || bytes.startsWith("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"))
+        return true;
+    return QByteArrayView(bytes).first(qMin<qsizetype>(bytes.size(), 8192)).contains('\0');
 }
 
 QStringList splitLines(const QString &text)

@@ -14,7 +14,19 @@ namespace TextFile {
 // The single-byte code page used when a file is not valid UTF-8.
 inline constexpr const char *DefaultLegacyCodec = "windows-1252";
 
+// A byte-order mark decides first (UTF-8, UTF-16 LE or BE); then valid UTF-8
+// is UTF-8; anything else is read in `legacyCodec`.
 QString decode(const QByteArray &bytes, const char *legacyCodec = DefaultLegacyCodec);
+
+// The single-byte code page the old platform used for a user of this
+// language: `languageFile` is the language file in use ("Russian.lng"); when
+// it names no language of its own code page, `localeName` ("el_GR") decides.
+const char *legacyCodecFor(const QString &languageFile, const QString &localeName);
+
+// True when the bytes cannot be a text file: NUL bytes in the first
+// kilobytes (outside UTF-16 with a byte-order mark) or the signature of a
+// known binary container (zip, as in .docx and .odt, or an OLE compound file).
+bool looksBinary(const QByteArray &bytes);
 
 // Splits text into lines; a line end at the very end makes no extra line.
 QStringList splitLines(const QString &text);

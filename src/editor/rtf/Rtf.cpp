@@ -12,7 +12,17 @@ namespace Rtf {
 
 bool looksLikeRtf(const QByteArray &data)
 {
-    return data.startsWith("{\\rtf");
+    return data.mid(rtfStart(data)).startsWith("{\\rtf");
+}
+
+qsizetype rtfStart(const QByteArray &data)
+{
+    // Editors that save RTF as "text" may put a UTF-8 byte-order mark or
+    // blank lines before it.
+    qsizetype at = data.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    while (at < data.size() && (data[at] == ' ' || data[at] == '\t' || data[at] == '\r' || data[at] == '\n'))
+        ++at;
+    return at;
 }
 
 QByteArray fromDocument(const QTextDocument &doc)
@@ -45,7 +55,7 @@ void insert(QTextCursor &cursor, const QByteArray &data)
     cursor.removeSelectedText();
     if (looksLikeRtf(data)) {
         detail::DocumentBuilder builder(cursor, false);
-        detail::read(data, builder);
+        detail::read(data.mid(rtfStart(data)), builder);
     } else {
         const QString text = plainFallbackDecode(data);
         if (!text.isEmpty())

@@ -28,8 +28,11 @@ namespace Rtf {
 // it stood in the file it came from; the writer writes it back unchanged.
 inline constexpr int PictureSourceProperty = QTextFormat::UserProperty + 0x5150;
 
-// True when the data starts exactly with "{\rtf".
+// True when the data starts with "{\rtf", after a UTF-8 byte-order mark
+// and blanks, if any.
 bool looksLikeRtf(const QByteArray &data);
+// Where "{\rtf" starts: the length of that byte-order mark and those blanks.
+qsizetype rtfStart(const QByteArray &data);
 
 // The whole document as RTF; every paragraph ends with \par.
 QByteArray fromDocument(const QTextDocument &doc);

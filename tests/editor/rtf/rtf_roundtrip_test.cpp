@@ -398,12 +398,13 @@ TEST(Insert, AFinalParInsertsAParagraphBreak)
 
 // --- Plain text ------------------------------------------------------------
 
-TEST(PlainText, RecognisesRtfOnlyByItsExactStart)
+TEST(PlainText, RecognisesRtfByItsStartBehindAByteOrderMarkAndBlanks)
 {
     EXPECT_TRUE(Rtf::looksLikeRtf("{\\rtf1\\ansi x}"));
     EXPECT_TRUE(Rtf::looksLikeRtf("{\\rtf"));
-    EXPECT_FALSE(Rtf::looksLikeRtf(" {\\rtf1 x}"));
-    EXPECT_FALSE(Rtf::looksLikeRtf("\xEF\xBB\xBF{\\rtf1 x}"));
+    EXPECT_TRUE(Rtf::looksLikeRtf(" {\\rtf1 x}"));
+    EXPECT_TRUE(Rtf::looksLikeRtf("\xEF\xBB\xBF\r\n{\\rtf1 x}"));
+    EXPECT_FALSE(Rtf::looksLikeRtf("x{\\rtf1 x}"));
     EXPECT_FALSE(Rtf::looksLikeRtf("{\\RTF1 x}"));
     EXPECT_FALSE(Rtf::looksLikeRtf("{\\rt"));
     EXPECT_FALSE(Rtf::looksLikeRtf(QByteArray()));
