@@ -4,6 +4,7 @@
 #include "bookmarks/Form3.h"
 #include "editor/Form2.h"
 #include "editor/UndoHistory.h"
+#include "outside/frmInformazioni.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
@@ -32,6 +33,7 @@ AppContext::AppContext(QString programFolder, Services services, QString command
 AppContext::~AppContext()
 {
     // The windows go first: their timers and the player refer to the rest.
+    m_frmInformazioni.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -79,6 +81,27 @@ void AppContext::unloadForm3()
         m_form1->mnuBookMark->setText(Lingua(84));
     m_form3->hide();
     m_form3.reset();
+}
+
+frmInformazioni *AppContext::formInformazioni()
+{
+    if (!m_frmInformazioni) {
+        m_frmInformazioni = std::make_unique<frmInformazioni>(*this);
+        m_frmInformazioni->Form_Load();
+    }
+    return m_frmInformazioni.get();
+}
+
+void AppContext::unloadFormInformazioni()
+{
+    if (!m_frmInformazioni)
+        return;
+    frmInformazioni *window = m_frmInformazioni.release();
+    window->Form_Unload();
+    // A click or key of the window itself unloads it: free it once that
+    // event is done. Its timer goes now, with the clock still there.
+    window->Timer1.reset();
+    window->deleteLater();
 }
 
 void AppContext::endProcess()
