@@ -97,6 +97,7 @@ void Form1::mnuInfo_Click()
     about->lblDescription->setCaption(ctx.Lingua(22));
     about->lblCopyright->setCaption(frmInformazioni::copyrightText() + QStringLiteral(" - ") + ctx.Lingua(23));
     about->lblVersion->setLeft(about->lblTitle->Left() + about->lblTitle->Width() + 150);
+    about->Picture1->setAccessibleName(about->windowTitle());
     about->show();
     about->Picture1->setFocus();
 }
