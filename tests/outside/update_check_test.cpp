@@ -9,6 +9,7 @@
 #include "platform/QtWebReader.h"
 #include "player/Form1.h"
 
+#include <QAction>
 #include <QElapsedTimer>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -16,55 +17,42 @@
 
 namespace {
 
-// Answers every request with one canned response; an empty response means
-// the server accepts and then says nothing.
-class LocalServer
+// Answers every request with one canned response; with none it accepts and
+// then says nothing.
+struct LocalServer : QTcpServer
 {
-public:
-    explicit LocalServer(QByteArray response) : m_response(std::move(response))
+    QByteArray response, request;
+    explicit LocalServer(QByteArray r) : response(std::move(r))
     {
-        m_server.listen(QHostAddress::LocalHost);
-        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
-            while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-                QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-                    m_request += socket->readAll();
-                    if (!m_request.contains("\r\n\r\n") || m_response.isEmpty())
-                        return;
-                    socket->write(m_response);
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket *socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                request += socket->readAll();
+                if (request.contains("\r\n\r\n") && !response.isEmpty()) {
+                    socket->write(response);
                     socket->disconnectFromHost();
-                });
-            }
+                }
+            });
         });
     }
-    bool listening() const { return m_server.isListening(); }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/ver.txt").arg(m_server.serverPort()); }
-    void close() { m_server.close(); }
-    const QByteArray &request() const { return m_request; }
-
-private:
-    QTcpServer m_server;
-    QByteArray m_response;
-    QByteArray m_request;
 };
 
 QByteArray http(const QByteArray &status, const QByteArray &body, bool withLength = true)
 {
-    QByteArray head = "HTTP/1.1 " + status + "\r\nContent-Type: text/plain\r\nConnection: close\r\n";
-    if (withLength)
-        head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
-    return head + "\r\n" + body;
+    const QByteArray length = withLength ? "Content-Length: " + QByteArray::number(body.size()) + "\r\n" : QByteArray();
+    return "HTTP/1.1 " + status + "\r\nConnection: close\r\n" + length + "\r\n" + body;
 }
 
-struct Check
+// The program with the check on, its address pointed at the server.
+struct Check : TestApp
 {
-    TestApp app;
     LocalServer server;
-
     explicit Check(QByteArray response) : server(std::move(response))
     {
-        app.folder.setSettingsLine(24, QStringLiteral("1"));
-        app.web->target = std::make_unique<QtWebReader>();
-        app.web->address = server.url();
+        folder.setSettingsLine(24, QStringLiteral("1"));
+        web->target = std::make_unique<QtWebReader>();
+        web->address = QStringLiteral("http://127.0.0.1:%1/ver.txt").arg(server.serverPort());
     }
 };
 
@@ -73,85 +61,68 @@ struct Check
 TEST(UpdateCheck, AsksOnlyForANewerVersionOfNineCharacters)
 {
     const QByteArray big(10 * 1024 * 1024, '9');
-    struct Row
-    {
-        const char *what;
-        QByteArray response;
-        bool asks;
-    } rows[] = {
-        {"newer revision", http("200 OK", "001015003"), true},
-        {"letters sort above digits", http("200 OK", "00a000000"), true},
-        {"the same version", http("200 OK", "001015002"), false},
-        {"an older one", http("200 OK", "001014009"), false},
-        {"with a line end", http("200 OK", "999999999\r\n"), false},
-        {"an HTML error page", http("404 Not Found", "<html><body>Not Found</body></html>"), false},
-        {"nine characters of an error", http("500 Internal Server Error", "999999999"), false},
-        {"an empty body", http("200 OK", ""), false},
-        {"10 MB announced", http("200 OK", big), false},
-        {"10 MB unannounced", http("200 OK", big, false), false},
+    const struct { const char *what; QByteArray response; int answer; } rows[] = {
+        {"newer, Yes", http("200 OK", "001015003"), MsgBox::Yes},
+        {"newer, No", http("200 OK", "001015003"), MsgBox::No},
+        {"letters sort above digits", http("200 OK", "00a000000"), MsgBox::No},
+        {"the same version", http("200 OK", "001015002"), 0},
+        {"an older one", http("200 OK", "001014009"), 0},
+        {"with a line end", http("200 OK", "999999999\r\n"), 0},
+        {"an HTML error page", http("404 Not Found", "<html><body>Not Found</body></html>"), 0},
+        {"nine characters of an error", http("500 Internal Server Error", "999999999"), 0},
+        {"an empty body", http("200 OK", ""), 0},
+        {"10 MB announced", http("200 OK", big), 0},
+        {"10 MB unannounced", http("200 OK", big, false), 0},
     };
-    for (const Row &row : rows) {
+    for (const auto &row : rows) {
         SCOPED_TRACE(row.what);
-        Check check(row.response);
-        ASSERT_TRUE(check.server.listening());
-        check.app.dialogs->msgBoxAnswers = {MsgBox::No};
-        ASSERT_TRUE(check.app.start());
-        ASSERT_TRUE(waitFor([&] { return !check.app.web->answers.isEmpty(); }, 6000));
-        EXPECT_EQ(check.app.web->urls, QStringList{Outside::versionFileAddress()});
-        EXPECT_TRUE(check.server.request().startsWith("GET /ver.txt HTTP/1.1\r\n"));
-        EXPECT_LE(check.app.web->answers.first().size(), QtWebReader::DefaultMaxBytes);
-        EXPECT_EQ(check.app.dialogs->messages.size(), row.asks ? 1 : 0);
-        // No is as if nothing had happened.
-        EXPECT_FALSE(check.app.ctx().processEnded());
-        EXPECT_TRUE(check.app.shell->urls.isEmpty());
+        Check app(row.response);
+        const QByteArray settings = app.folder.read(QStringLiteral("Files/Quillmere.ini"));
+        app.dialogs->msgBoxAnswers = {row.answer};
+        ASSERT_TRUE(app.start());
+        ASSERT_TRUE(waitFor([&] { return !app.web->answers.isEmpty(); }, 6000));
+        EXPECT_EQ(app.web->urls, QStringList{Outside::versionFileAddress()});
+        EXPECT_LE(app.web->answers.first().size(), QtWebReader::DefaultMaxBytes);
+        ASSERT_EQ(app.dialogs->messages.size(), row.answer ? 1 : 0);
+        if (row.answer) {
+            const FakeDialogs::Message &m = app.dialogs->messages.first();
+            EXPECT_EQ(m.text, Outside::updateQuestion(app.ctx().Lingua(131)));
+            EXPECT_TRUE(m.text.contains(QStringLiteral("\r\n\r\n")));
+            EXPECT_EQ(m.style, 68);
+            EXPECT_EQ(m.title, app.ctx().Lingua(132));
+        }
+        // Yes opens the page and ends at once, without saving; No is as if
+        // nothing had happened.
+        const bool yes = row.answer == MsgBox::Yes;
+        EXPECT_EQ(app.ctx().processEnded(), yes);
+        EXPECT_EQ(app.shell->urls, yes ? QStringList{Outside::webPage("/quillmere.html")} : QStringList());
+        EXPECT_EQ(app.folder.read(QStringLiteral("Files/Quillmere.ini")), settings);
     }
-}
-
-TEST(UpdateCheck, YesOpensThePageAndEndsWithoutSaving)
-{
-    Check check(http("200 OK", "001015003"));
-    const QByteArray settings = check.app.folder.read(QStringLiteral("Files/Quillmere.ini"));
-    check.app.dialogs->msgBoxAnswers = {MsgBox::Yes};
-    ASSERT_TRUE(check.app.start());
-    ASSERT_TRUE(waitFor([&] { return check.app.ctx().processEnded(); }, 6000));
-
-    ASSERT_EQ(check.app.dialogs->messages.size(), 1);
-    const FakeDialogs::Message &m = check.app.dialogs->messages.first();
-    EXPECT_EQ(m.text, QString(check.app.ctx().Lingua(131)).replace(QStringLiteral("<BR>"), QStringLiteral("\r\n\r\n")));
-    EXPECT_TRUE(m.text.contains(QStringLiteral("\r\n\r\n")));
-    EXPECT_EQ(m.style, 68);
-    EXPECT_EQ(m.title, check.app.ctx().Lingua(132));
-    EXPECT_EQ(check.app.shell->urls, QStringList{Outside::webPage("/quillmere.html")});
-    EXPECT_EQ(check.app.folder.read(QStringLiteral("Files/Quillmere.ini")), settings);
 }
 
 TEST(UpdateCheck, SilentOrAbsentServerNeitherHoldsTheStartNorAsks)
 {
     for (const bool listening : {true, false}) {
         SCOPED_TRACE(listening ? "accepts and never answers" : "no server");
-        Check check{QByteArray()};
+        Check app{QByteArray()};
         if (!listening)
-            check.server.close();
+            app.server.close();
         QElapsedTimer clock;
         clock.start();
-        ASSERT_TRUE(check.app.start());
+        ASSERT_TRUE(app.start());
         // Up and usable at once: the window is shown and takes a command.
         EXPECT_LT(clock.elapsed(), 1000);
-        EXPECT_TRUE(check.app.form1().isVisible());
-        check.app.form1().mnuCheckUpdateStartup->trigger();
-        EXPECT_FALSE(check.app.form1().mnuCheckUpdateStartup->isChecked());
+        EXPECT_TRUE(app.form1().isVisible());
+        app.form1().mnuCheckUpdateStartup->trigger();
+        EXPECT_FALSE(app.form1().mnuCheckUpdateStartup->isChecked());
 
-        ASSERT_TRUE(waitFor([&] { return !check.app.web->answers.isEmpty(); }, QtWebReader::DefaultTimeoutMs + 2000));
+        ASSERT_TRUE(waitFor([&] { return !app.web->answers.isEmpty(); }, QtWebReader::DefaultTimeoutMs + 2000));
         EXPECT_LT(clock.elapsed(), QtWebReader::DefaultTimeoutMs + 1000);
-        EXPECT_EQ(check.app.web->answers.first(), QByteArray());
-        EXPECT_TRUE(check.app.dialogs->messages.isEmpty());
+        EXPECT_EQ(app.web->answers.first(), QByteArray());
+        EXPECT_TRUE(app.dialogs->messages.isEmpty());
     }
-}
-
-TEST(UpdateCheck, RunsOnlyWhenTheSettingIsOn)
-{
-    TestApp app;
-    app.folder.setSettingsLine(24, QStringLiteral("0"));
-    ASSERT_TRUE(app.start());
-    EXPECT_TRUE(app.web->urls.isEmpty());
+    TestApp off;
+    off.folder.setSettingsLine(24, QStringLiteral("0"));
+    ASSERT_TRUE(off.start());
+    EXPECT_TRUE(off.web->urls.isEmpty());
 }
