@@ -62,7 +62,9 @@ frmInformazioni::frmInformazioni(AppContext &context)
     lblDescription->setWordWrap(true);
 
     Picture1 = picture(this, "Picture1", 240, 1170, 5940, 2235);
-    Picture1->setFrameShape(QFrame::StyledPanel);
+    // A plain well: a frame would be painted over by the panel's edge.
+    Picture1->setAutoFillBackground(true);
+    Picture1->setBackgroundRole(QPalette::Base);
     Picture1->setFocusPolicy(Qt::StrongFocus);
     Picture1->setAttribute(Qt::WA_NoMousePropagation);
     Picture1->installEventFilter(this);
