@@ -49,6 +49,7 @@ frmInformazioni::frmInformazioni(AppContext &context)
     imgTitle->setStretch(true);
     imgTitle->LoadPicture(ctx.filesPath(QStringLiteral("quillmere-48.png")));
     imgTitle->onClick = [this] { unload(); };
+    imgTitle->setAccessibleName(QStringLiteral("Quillmere"));
     Image1 = picture(this, "Image1", 5460, 120, 720, 720);
     Image1->hide();
 
