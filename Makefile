@@ -34,3 +34,14 @@ fuzz: deps
 
 clean:
 	rm -rf $(BUILD)
+
+# For one user, no root needed: the program folder goes to
+# $(PREFIX)/lib/quillmere, the `quillmere` command to $(PREFIX)/bin.
+PREFIX ?= $(HOME)/.local
+.PHONY: install uninstall
+
+install: build
+	@./scripts/install.sh $(BUILD) $(PREFIX)
+
+uninstall:
+	@./scripts/uninstall.sh $(PREFIX)

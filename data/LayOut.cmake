@@ -22,3 +22,5 @@ file(GLOB demo ${SRC}/Demo/*)
 if(demo)
     file(COPY ${demo} DESTINATION ${DST}/Demo)
 endif()
+# The version history lies beside the executable, where Help opens it.
+file(COPY ${SRC}/Versioni.txt DESTINATION ${DST})

@@ -5,6 +5,7 @@
 #include "editor/Form2.h"
 #include "editor/UndoHistory.h"
 #include "editor/journal/RecoveryJournal.h"
+#include "outside/frmInformazioni.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
@@ -33,6 +34,7 @@ AppContext::~AppContext()
     // The journal follows the editor's document: it goes before the windows.
     m_journal.reset();
     // The windows go first: their timers and the player refer to the rest.
+    m_frmInformazioni.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -76,6 +78,27 @@ void AppContext::unloadForm3()
     m_form3->Form_Unload();
     m_form3->hide();
     m_form3.reset();
+}
+
+frmInformazioni *AppContext::formInformazioni()
+{
+    if (!m_frmInformazioni) {
+        m_frmInformazioni = std::make_unique<frmInformazioni>(*this);
+        m_frmInformazioni->Form_Load();
+    }
+    return m_frmInformazioni.get();
+}
+
+void AppContext::unloadFormInformazioni()
+{
+    if (!m_frmInformazioni)
+        return;
+    frmInformazioni *window = m_frmInformazioni.release();
+    window->Form_Unload();
+    // A click or key of the window itself unloads it: free it once that
+    // event is done. Its timer goes now, with the clock still there.
+    window->Timer1.reset();
+    window->deleteLater();
 }
 
 void AppContext::endProcess()

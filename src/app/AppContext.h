@@ -6,6 +6,7 @@
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
 #include "platform/Timer.h"
+#include "platform/WebReader.h"
 
 #include <QString>
 #include <QStringList>
@@ -17,6 +18,7 @@ class Form1;
 class Form2;
 class Form3;
 class RecoveryJournal;
+class frmInformazioni;
 class UndoHistory;
 class QWidget;
 
@@ -29,6 +31,7 @@ struct Services
     std::unique_ptr<Dialogs> dialogs;
     std::unique_ptr<Shell> shell;
     std::unique_ptr<SystemInfo> system;
+    std::unique_ptr<WebReader> web; // may be absent: no update check then
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -81,6 +84,11 @@ public:
     Form3 *form3();
     Form3 *existingForm3() const { return m_form3.get(); }
     void unloadForm3();
+    // The about box, loaded on first use; unloading runs its Form_Unload
+    // and frees it once the event that asked for it has been handled.
+    frmInformazioni *formInformazioni();
+    frmInformazioni *existingFormInformazioni() const { return m_frmInformazioni.get(); }
+    void unloadFormInformazioni();
 
     // Services.
     PlayerControl &player() const { return *m_services.player; }
@@ -88,6 +96,7 @@ public:
     Dialogs &dialogs() const { return *m_services.dialogs; }
     Shell &shell() const { return *m_services.shell; }
     SystemInfo &system() const { return *m_services.system; }
+    WebReader *web() const { return m_services.web.get(); }
 
     // Paths below the program folder, with '/' separators.
     const QString &programFolder() const { return m_programFolder; }
@@ -154,6 +163,7 @@ private:
     std::unique_ptr<UndoHistory> m_undo;
     std::unique_ptr<Form2> m_form2;
     std::unique_ptr<Form3> m_form3;
+    std::unique_ptr<frmInformazioni> m_frmInformazioni;
     std::unique_ptr<Form1> m_form1;
     std::unique_ptr<RecoveryJournal> m_journal;
 };

@@ -4,6 +4,7 @@
 #include "platform/LazyPlayer.h"
 #include "platform/ProcessInfo.h"
 #include "platform/QtServices.h"
+#include "platform/QtWebReader.h"
 #include "player/Form1.h"
 #include "remote/MediaRemote.h"
 #include "remote/Pedals.h"
@@ -73,6 +74,7 @@ int main(int argc, char **argv)
     services.dialogs = std::make_unique<QtDialogs>();
     services.shell = std::make_unique<QtShell>();
     services.system = std::make_unique<QtSystemInfo>(programFolder);
+    services.web = std::make_unique<QtWebReader>();
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };

@@ -187,6 +187,11 @@ void QtShell::runCommand(const QString &command)
     QProcess::startDetached(program, args);
 }
 
+bool QtShell::hasProgram(const QString &name)
+{
+    return !QStandardPaths::findExecutable(name).isEmpty();
+}
+
 QtSystemInfo::QtSystemInfo(QString programFolder) : m_programFolder(std::move(programFolder)) {}
 QtSystemInfo::~QtSystemInfo() = default;
 

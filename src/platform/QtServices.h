@@ -37,6 +37,7 @@ public:
     void openUrl(const QString &url) override;
     void openFile(const QString &path) override;
     void runCommand(const QString &command) override;
+    bool hasProgram(const QString &name) override;
 };
 
 class QtSystemInfo : public SystemInfo

@@ -11,4 +11,6 @@ public:
     virtual void openUrl(const QString &url) = 0;
     virtual void openFile(const QString &path) = 0;
     virtual void runCommand(const QString &command) = 0;
+    // Whether a program of this name is installed (found on the PATH).
+    virtual bool hasProgram(const QString &name) = 0;
 };

@@ -16,6 +16,9 @@
 //               toolbar put together at twice their size. Give it a scratch
 //               folder, not data/Files, when only looking.
 //   --list      print the names of the pictures and exit.
+//   --icons     write the application icon in the desktop's sizes instead,
+//               as hicolor/<n>x<n>/apps/quillmere.png below the out folder
+//               (data/desktop for the installed program).
 //
 // The look: a dark slate body with a soft top-down gradient and a glassy top
 // light, a thin teal rim, crisp white glyphs. The lit ("2") twin of a button
@@ -1098,10 +1101,13 @@ int main(int argc, char **argv)
 
     QString folder;
     bool preview = false;
+    bool icons = false;
     const QStringList args = app.arguments().mid(1);
     for (const QString &arg : args) {
         if (arg == QStringLiteral("--preview")) {
             preview = true;
+        } else if (arg == QStringLiteral("--icons")) {
+            icons = true;
         } else if (arg == QStringLiteral("--list")) {
             QTextStream out(stdout);
             for (const Picture &pic : pictures())
@@ -1130,6 +1136,13 @@ int main(int argc, char **argv)
     }
 
     bool ok = true;
+    if (icons) {
+        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+            const QString dir = QStringLiteral("%1/hicolor/%2x%2/apps").arg(folder).arg(size);
+            ok = QDir().mkpath(dir) && save(appIcon(size), dir + QStringLiteral("/quillmere.png")) && ok;
+        }
+        return ok ? 0 : 1;
+    }
     for (const Picture &pic : pictures())
         ok = save(pic.draw(), QDir(folder).filePath(pic.file)) && ok;
     if (ok && preview)

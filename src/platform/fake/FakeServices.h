@@ -3,12 +3,14 @@
 #include "platform/Dialogs.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
+#include "platform/WebReader.h"
 
 #include <QColor>
 #include <QList>
 #include <QStringList>
 #include <deque>
 #include <functional>
+#include <memory>
 
 // Message boxes and dialogs for tests: every call is recorded, and answers
 // come from scripts that the test fills beforehand. An empty script answers
@@ -53,6 +55,30 @@ public:
     void openUrl(const QString &url) override { urls.append(url); }
     void openFile(const QString &path) override { files.append(path); }
     void runCommand(const QString &command) override { commands.append(command); }
+    QStringList installed; // programs that hasProgram() finds
+    bool hasProgram(const QString &name) override { return installed.contains(name); }
+};
+
+// A web reader for tests: records every address asked for. With a target (a
+// real reader) and an address (a local server), the request goes there
+// instead; without, it is never answered, as from a silent server.
+class FakeWebReader : public WebReader
+{
+public:
+    QStringList urls;
+    QList<QByteArray> answers; // what the target gave, in order
+    std::unique_ptr<WebReader> target;
+    QString address;
+    void get(const QString &url, QObject *context, std::function<void(const QByteArray &)> done) override
+    {
+        urls.append(url);
+        if (target) {
+            target->get(address, context, [this, done = std::move(done)](const QByteArray &body) {
+                answers.append(body);
+                done(body);
+            });
+        }
+    }
 };
 
 class FakeSystemInfo : public SystemInfo
