@@ -6,6 +6,7 @@
 #include "editor/UndoHistory.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
+#include "mediaview/frmMedia.h"
 
 #include <QAction>
 #include <QApplication>
@@ -32,6 +33,7 @@ AppContext::AppContext(QString programFolder, Services services, QString command
 AppContext::~AppContext()
 {
     // The windows go first: their timers and the player refer to the rest.
+    m_frmMedia.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -227,5 +229,10 @@ bool AppContext::Main()
 
     // 8. Show it.
     m_form1->show();
+    // The media window, beside the player, as it was left at the last exit.
+    if (m_services.media) {
+        m_frmMedia = std::make_unique<frmMedia>(*this, *m_services.media);
+        m_frmMedia->restoreShown();
+    }
     return true;
 }

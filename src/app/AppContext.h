@@ -2,6 +2,7 @@
 
 #include "lang/LanguageFile.h"
 #include "platform/Dialogs.h"
+#include "platform/MediaBackend.h"
 #include "platform/PlayerControl.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
@@ -16,6 +17,7 @@
 class Form1;
 class Form2;
 class Form3;
+class frmMedia;
 class UndoHistory;
 class QWidget;
 
@@ -28,6 +30,8 @@ struct Services
     std::unique_ptr<Dialogs> dialogs;
     std::unique_ptr<Shell> shell;
     std::unique_ptr<SystemInfo> system;
+    // Picture and sound for the media window; none: no media window.
+    std::unique_ptr<MediaBackend> media;
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -77,6 +81,7 @@ public:
     Form3 *form3(); // created on first use
     Form3 *existingForm3() const { return m_form3.get(); }
     void unloadForm3();
+    frmMedia *mediaWindow() const { return m_frmMedia.get(); } // with a media back-end
 
     // Services.
     PlayerControl &player() const { return *m_services.player; }
@@ -147,6 +152,7 @@ private:
     std::unique_ptr<Form2> m_form2;
     std::unique_ptr<Form3> m_form3;
     std::unique_ptr<Form1> m_form1;
+    std::unique_ptr<frmMedia> m_frmMedia;
 };
 
 // Every "&" taken out: a menu text shown as plain text.
