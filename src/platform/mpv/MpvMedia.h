@@ -64,7 +64,7 @@ QM_MPV_EXPORT DecodeResult decodeAudio(const QString &path, DecodeTarget &target
 
 // The mpv options the module's player starts with: the render API as video
 // output, and no video decoding until a window shows the picture.
-MpvPlayer::Options videoPlayerOptions();
+QM_MPV_EXPORT MpvPlayer::Options videoPlayerOptions();
 
 // The module's entry point for the media window; null for a player that is
 // not the module's own.
