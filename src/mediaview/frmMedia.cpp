@@ -189,7 +189,9 @@ void frmMedia::openMedia(const QString &path)
 void frmMedia::Timer1_Timer()
 {
     PlayerControl &player = ctx.player();
-    const QString url = player.playState() == PlayerControl::Undefined ? QString() : player.URL();
+    // The player keeps the path of a file it could not play, so that the
+    // window can say what is wrong with it; closing empties the path.
+    const QString url = player.URL();
     if (url != m_path)
         openMedia(url);
     if (m_path.isEmpty())
