@@ -43,6 +43,9 @@ frmMedia::frmMedia(AppContext &context, MediaBackend &backend)
     m_layout->addWidget(Waveform, 1);
     m_layout->addWidget(Label1);
 
+    // Beside the player, until the user has placed it.
+    if (Form1 *player = ctx.form1())
+        move(player->frameGeometry().topRight() + QPoint(8, 0));
     if (const auto lines = TextFile::readLines(layoutPath())) {
         for (const QString &line : *lines) {
             if (!line.startsWith(LayoutKey))
@@ -120,6 +123,8 @@ void frmMedia::applyLanguage()
 
 void frmMedia::mnuMedia_Click()
 {
+    if (!isVisible())
+        ensureVideo();
     setVisible(!isVisible());
     saveLayout();
     if (Form1 *player = ctx.form1())
@@ -129,7 +134,6 @@ void frmMedia::mnuMedia_Click()
 void frmMedia::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    ensureVideo();
     m_backend.setVideoEnabled(true);
     applyLanguage();
 }
@@ -160,14 +164,23 @@ void frmMedia::changeEvent(QEvent *event)
 
 void frmMedia::ensureVideo()
 {
-    if (Video || !m_hasVideo || !isVisible())
+    if (Video || !m_hasVideo)
         return;
-    Video = m_backend.createVideoWidget(this);
-    if (!Video)
+    QWidget *video = m_backend.createVideoWidget(this);
+    if (!video)
         return; // the back-end is not there yet; the next tick asks again
+    // Qt makes a shown window anew when it gets its first OpenGL child, and
+    // mpv's picture stalled when that happened under it: the child goes
+    // into a hidden window.
+    const bool shown = isVisible();
+    if (shown)
+        hide();
+    Video = video;
     Video->setFocusPolicy(Qt::NoFocus);
     Video->setMinimumSize(160, 90);
     m_layout->insertWidget(0, Video, 4);
+    if (shown)
+        show();
 }
 
 void frmMedia::openMedia(const QString &path)
@@ -224,15 +237,15 @@ void frmMedia::takePeaks()
     const MediaFacts facts = m_job->facts();
     if (facts.hasVideo && !m_hasVideo) {
         m_hasVideo = true;
+        ensureVideo();
+        if (Video)
+            Video->show();
         if (!isVisible() && !m_shownForVideo) {
             m_shownForVideo = true;
             show();
         }
-    }
-    if (m_hasVideo) {
+    } else if (m_hasVideo && !Video) {
         ensureVideo();
-        if (Video)
-            Video->show();
     }
     const double length = ctx.player().duration();
     const int before = Waveform->peaks().size();
