@@ -23,6 +23,7 @@ public:
     double length() const { return m_length; }
     void setPosition(double seconds);
     void setMarks(std::vector<double> seconds);
+    const std::vector<double> &marks() const { return m_marks; }
 
     // The time under column x; 0 with nothing to scale.
     double timeAt(int x) const;

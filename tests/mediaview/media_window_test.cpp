@@ -100,6 +100,17 @@ TEST(MediaWindow, ClickOnTheWaveformSeeksThereAndAPausedPlayerPausesAgainWithThe
     }
 }
 
+TEST(MediaWindow, BookmarksAreMarkedAtTheTimeAtTheEndOfTheirLines)
+{
+    Media m;
+    m.open(QStringLiteral("talk.wav"));
+    m.app.ctx().BookMark[0] = QStringLiteral("00:01:30  Intro 00:00:10               00:01:30");
+    m.app.ctx().BookMark[1] = QStringLiteral("01:00:05  Late               01:00:05");
+    m.app.ctx().BookMark[3] = QStringLiteral("00:00:07  after the end of the list               00:00:07");
+    m.app.advance(100);
+    EXPECT_EQ(m.window->Waveform->marks(), (std::vector<double>{90, 3605}));
+}
+
 TEST(MediaWindow, ANewFileCancelsTheComputationOfTheOldOne)
 {
     Media m;
