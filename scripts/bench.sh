@@ -13,6 +13,7 @@ for bench in "$BUILD"/bench/*; do
     echo "== $(basename "$bench")"
     case "$(basename "$bench")" in
         startup_bench) xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
+        mediaview_bench) LIBGL_ALWAYS_SOFTWARE=1 xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
         *) QT_QPA_PLATFORM=offscreen "$bench" ;;
     esac
 done

@@ -8,6 +8,7 @@
 #include "outside/frmInformazioni.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
+#include "mediaview/frmMedia.h"
 
 #include <QApplication>
 #include <QDir>
@@ -35,6 +36,7 @@ AppContext::~AppContext()
     m_journal.reset();
     // The windows go first: their timers and the player refer to the rest.
     m_frmInformazioni.reset();
+    m_frmMedia.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -253,5 +255,10 @@ bool AppContext::Main()
 
     // 8. Show it.
     m_form1->show();
+    // The media window, beside the player, as it was left at the last exit.
+    if (m_services.media) {
+        m_frmMedia = std::make_unique<frmMedia>(*this, *m_services.media);
+        m_frmMedia->restoreShown();
+    }
     return true;
 }

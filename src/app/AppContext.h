@@ -2,6 +2,7 @@
 
 #include "lang/LanguageFile.h"
 #include "platform/Dialogs.h"
+#include "platform/MediaBackend.h"
 #include "platform/PlayerControl.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
@@ -19,6 +20,7 @@ class Form2;
 class Form3;
 class RecoveryJournal;
 class frmInformazioni;
+class frmMedia;
 class UndoHistory;
 class QWidget;
 
@@ -32,6 +34,8 @@ struct Services
     std::unique_ptr<Shell> shell;
     std::unique_ptr<SystemInfo> system;
     std::unique_ptr<WebReader> web; // may be absent: no update check then
+    // Picture and sound for the media window; none: no media window.
+    std::unique_ptr<MediaBackend> media;
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -89,6 +93,7 @@ public:
     frmInformazioni *formInformazioni();
     frmInformazioni *existingFormInformazioni() const { return m_frmInformazioni.get(); }
     void unloadFormInformazioni();
+    frmMedia *mediaWindow() const { return m_frmMedia.get(); } // with a media back-end
 
     // Services.
     PlayerControl &player() const { return *m_services.player; }
@@ -166,6 +171,7 @@ private:
     std::unique_ptr<frmInformazioni> m_frmInformazioni;
     std::unique_ptr<Form1> m_form1;
     std::unique_ptr<RecoveryJournal> m_journal;
+    std::unique_ptr<frmMedia> m_frmMedia;
 };
 
 // Every "&" taken out: a menu text shown as plain text.

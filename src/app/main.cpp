@@ -1,6 +1,7 @@
 // The program's entry: builds the real services and runs the start-up.
 
 #include "app/AppContext.h"
+#include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
 #include "platform/ProcessInfo.h"
 #include "platform/QtServices.h"
@@ -75,6 +76,7 @@ int main(int argc, char **argv)
     services.shell = std::make_unique<QtShell>();
     services.system = std::make_unique<QtSystemInfo>(programFolder);
     services.web = std::make_unique<QtWebReader>();
+    services.media = std::make_unique<LazyMediaBackend>(*lazy);
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };

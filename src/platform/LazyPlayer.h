@@ -46,6 +46,8 @@ public:
     bool hasFailed() const { return m_state == LoadState::Failed; }
     // The real player once loaded, otherwise null.
     PlayerControl *backend() const { return m_backend.get(); }
+    // A further entry point of the loaded module, by name; null before.
+    QFunctionPointer resolve(const char *symbol) { return isLoaded() ? m_library.resolve(symbol) : nullptr; }
 
     void setURL(const QString &path) override;
     QString URL() const override;

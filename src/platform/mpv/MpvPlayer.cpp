@@ -1,4 +1,5 @@
 #include "platform/mpv/MpvPlayer.h"
+#include "platform/mpv/MpvMedia.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -739,7 +740,7 @@ QByteArray MpvPlayer::propertyText(const char *name) const
 
 PlayerControl *quillmere_create_player()
 {
-    auto *player = new MpvPlayer();
+    auto *player = new MpvPlayer(videoPlayerOptions());
     if (!player->isValid()) {
         delete player;
         return nullptr;

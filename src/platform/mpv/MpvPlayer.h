@@ -56,6 +56,8 @@ public:
     // False when mpv could not be created or started: every call is then a
     // no-op and the player stays in state 0.
     bool isValid() const { return m_handle != nullptr; }
+    // The handle, for the video widget's render context (see MpvMedia.h).
+    mpv_handle *handle() const { return m_handle.get(); }
 
     void setURL(const QString &path) override;
     QString URL() const override { return m_url; }
