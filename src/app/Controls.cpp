@@ -72,7 +72,8 @@ void PictureBox::resizeEvent(QResizeEvent *event)
 void PictureBox::setTip(const QString &tip)
 {
     setToolTip(tip);
-    setAccessibleName(tip.trimmed());
+    // A screen reader would read a menu-style "&" aloud.
+    setAccessibleName(QString(tip).remove(u'&').trimmed());
 }
 
 static int buttonCode(Qt::MouseButtons b)
