@@ -78,7 +78,9 @@ void Form1::Form_Load()
 
         text(); // line 1: the language, already taken by the start.
         volumeText = text();
-        Image1->setTop(int(Numbers::leadingNumber(text())));
+        // A value no position can take is skipped, as a failing statement.
+        if (const auto top = Numbers::toInt32(Numbers::leadingNumber(text())))
+            Image1->setTop(*top);
         valInt16(text(), ctx.SecSalto);
         valInt16(text(), ctx.SecIndietro);
         mnuTitoloCompleto->setChecked(Numbers::leadingNumber(text()) == 1);
@@ -114,14 +116,14 @@ void Form1::Form_Load()
     // 5. The language table once more, tolerant of long files.
     ctx.loadLanguage();
 
-    // 6. Saved positions, unless lines 13 and 14 add up to 0 (in 16 bits).
-    if (const auto sum = std::optional<qint16>(Numbers::toInt16(double(line13) + double(line14)))) {
-        if (*sum != 0) {
-            setLeft(line9);
-            setTop(line10);
-            ctx.form2()->setLeft(line11);
-            ctx.form2()->setTop(line12);
-        }
+    // 6. Saved positions, unless lines 13 and 14 add up to 0. A sum that
+    // overflows 16 bits raises an error inside the test, and the test's
+    // failure falls into the branch: such a sum counts as "not 0".
+    if (int(line13) + int(line14) != 0) {
+        setLeft(line9);
+        setTop(line10);
+        ctx.form2()->setLeft(line11);
+        ctx.form2()->setTop(line12);
     }
 
     // 7. Stay on top; either way the window lands at pixel (50, 50).
