@@ -286,6 +286,9 @@ void Form1::keyPressEvent(QKeyEvent *event)
         mnuEsci_Click();
         return;
     }
+    // A menu shortcut the keyboard layout hid (Ctrl+W under a Cyrillic one).
+    if (KeyLayout::triggerShortcut(this, event))
+        return;
     QMainWindow::keyPressEvent(event);
 }
 
