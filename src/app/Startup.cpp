@@ -42,6 +42,28 @@ void Form1::PosizionaEditor()
     else
         editor->setTop(Top() + Height() + 30);
     editor->setLeft(Left());
+    // The rule places frames against frames. Before the window manager has
+    // framed this window (at start-up) its height lacks the title bar, and
+    // it has yet to move to its place, so the editor would land under it:
+    // the placement is made again when the frame comes (see moveEvent).
+    const bool framed = frameGeometry().height() > geometry().height();
+    if (framed)
+        m_editorPlacedUnframed.reset();
+    else
+        m_editorPlacedUnframed = QPoint(editor->Left(), editor->Top());
+}
+
+void Form1::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    if (!m_editorPlacedUnframed || frameGeometry().height() <= geometry().height())
+        return;
+    const QPoint placed = *m_editorPlacedUnframed;
+    m_editorPlacedUnframed.reset();
+    // Unless something else (the saved positions) has moved the editor since.
+    Form2 *editor = ctx.form2();
+    if (editor->Left() == placed.x() && editor->Top() == placed.y())
+        PosizionaEditor();
 }
 
 void Form1::Form_Load()
