@@ -58,7 +58,10 @@ void update(const QString &path, QAction *const items[4], QAction *separator, co
     QStringList captions;
     for (int i = 0; i < 4; ++i)
         captions.append(items[i]->text());
-    TextFile::writeLines(listFile, captions);
+    // A list that cannot be written costs nothing the user made: the menu
+    // is right for this session, and the failure is let go.
+    if (!TextFile::writeLines(listFile, captions))
+        return;
 }
 
 } // namespace RecentFiles

@@ -229,6 +229,9 @@ TEST(Accessibility, EveryControlOfThePlayerThatTakesTheMouseHasAName)
         EXPECT_FALSE(label->text().isEmpty());
         EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), label->text());
     }
+    // The volume label: white at rest, and its widest text fits.
+    EXPECT_TRUE(s.f().Label5->styleSheet().contains(QStringLiteral("255, 255, 255")));
+    EXPECT_LE(s.f().Label5->fontMetrics().horizontalAdvance(QStringLiteral(" 100%")), s.f().Label5->width());
     s.f().cmdStop->setTip(QStringLiteral(" &Stop "));
     EXPECT_EQ(QAccessible::queryAccessibleInterface(s.f().cmdStop)->text(QAccessible::Name), QStringLiteral("Stop"));
 }
