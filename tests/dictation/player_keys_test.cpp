@@ -128,33 +128,3 @@ TEST(PlayerKeys, WithTheEditorShownAKeyOfThePlayerActsOnce)
         EXPECT_DOUBLE_EQ(d.position(), row.position);
     }
 }
-
-// Under a Cyrillic layout the toolkit reports Cyrillic letters; the key's
-// place (its X11 key code) still makes it Ctrl+W or Ctrl+O, in the text as
-// in the player window.
-TEST(PlayerKeys, CtrlLettersWorkUnderACyrillicLayout)
-{
-    DictationApp d;
-    d.open();
-    d.app.form2().show();
-    const auto sendKey = [](QWidget *to, int key, quint32 scanCode, const QString &text) {
-        for (QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, key, Qt::ControlModifier, scanCode, 0, 0x4, text);
-            QApplication::sendEvent(to, &event);
-        }
-    };
-    // Ц on the key of W: the language command, through the text's key table.
-    d.app.dialogs->answerFile(QString());
-    sendKey(d.app.form2().RTB, 0x426, 25, QStringLiteral("ц"));
-    ASSERT_EQ(d.app.dialogs->fileDialogs.size(), 1);
-    EXPECT_EQ(d.app.dialogs->fileDialogs[0].title, d.ctx().Lingua(15).chopped(3));
-    // Щ on the key of O: the player's open command, by its menu shortcut.
-    d.app.dialogs->answerFile(QString());
-    sendKey(&d.f(), 0x429, 32, QStringLiteral("щ"));
-    ASSERT_EQ(d.app.dialogs->fileDialogs.size(), 2);
-    EXPECT_EQ(d.app.dialogs->fileDialogs[1].title, d.ctx().Lingua(25));
-    // A letter key without Ctrl types its own letter.
-    QKeyEvent plain(QEvent::KeyPress, 0x426, Qt::NoModifier, 25, 0, 0, QStringLiteral("ц"));
-    QApplication::sendEvent(d.app.form2().RTB, &plain);
-    EXPECT_TRUE(d.app.form2().RTB->Text().endsWith(QStringLiteral("ц")));
-}

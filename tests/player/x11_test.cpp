@@ -16,20 +16,19 @@
 namespace {
 
 // Key presses through the XTEST extension, by key code, as a keyboard makes
-// them. Loaded at run time: only this test needs the library.
+// them; the libraries are loaded at run time, as only this test needs them.
 class XKeyboard
 {
 public:
     XKeyboard()
     {
-        m_x11 = dlopen("libX11.so.6", RTLD_NOW);
-        m_xtst = dlopen("libXtst.so.6", RTLD_NOW);
-        if (!m_x11 || !m_xtst)
+        void *x11 = dlopen("libX11.so.6", RTLD_NOW);
+        void *xtst = dlopen("libXtst.so.6", RTLD_NOW);
+        if (!x11 || !xtst)
             return;
-        auto open = reinterpret_cast<void *(*)(const char *)>(dlsym(m_x11, "XOpenDisplay"));
-        m_flush = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XFlush"));
-        m_fake = reinterpret_cast<int (*)(void *, unsigned, int, unsigned long)>(dlsym(m_xtst, "XTestFakeKeyEvent"));
-        if (open && m_flush && m_fake)
+        m_flush = reinterpret_cast<decltype(m_flush)>(dlsym(x11, "XFlush"));
+        m_fake = reinterpret_cast<decltype(m_fake)>(dlsym(xtst, "XTestFakeKeyEvent"));
+        if (auto open = reinterpret_cast<void *(*)(const char *)>(dlsym(x11, "XOpenDisplay")); open && m_flush && m_fake)
             m_display = open(nullptr);
     }
     bool isValid() const { return m_display != nullptr; }
@@ -45,8 +44,6 @@ public:
     }
 
 private:
-    void *m_x11 = nullptr;
-    void *m_xtst = nullptr;
     void *m_display = nullptr;
     int (*m_flush)(void *) = nullptr;
     int (*m_fake)(void *, unsigned, int, unsigned long) = nullptr;
