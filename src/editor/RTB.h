@@ -4,6 +4,7 @@
 #include "editor/UndoHistory.h"
 
 #include <QColor>
+#include <QSet>
 #include <QTextEdit>
 #include <functional>
 #include <optional>
@@ -114,6 +115,7 @@ protected:
     void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     bool canInsertFromMimeData(const QMimeData *source) const override;
@@ -169,4 +171,6 @@ private:
     int m_formatDepth = 0;
     bool m_changePending = false;
     UnchangedEnds m_unchanged;
+    // Keys whose press this control received and whose release is to come.
+    QSet<int> m_pressedKeys;
 };
