@@ -4,6 +4,7 @@
 #include "bookmarks/Form3.h"
 #include "editor/Form2.h"
 #include "editor/UndoHistory.h"
+#include "platform/QtServices.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 
@@ -27,6 +28,8 @@ AppContext::AppContext(QString programFolder, Services services, QString command
     , m_undo(std::make_unique<UndoHistory>())
 {
     currentDirectory = QDir::currentPath();
+    if (!m_services.printers)
+        m_services.printers = std::make_unique<QtPrinterSetup>();
 }
 
 AppContext::~AppContext()

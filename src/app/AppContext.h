@@ -3,6 +3,7 @@
 #include "lang/LanguageFile.h"
 #include "platform/Dialogs.h"
 #include "platform/PlayerControl.h"
+#include "platform/PrinterSetup.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
 #include "platform/Timer.h"
@@ -28,6 +29,7 @@ struct Services
     std::unique_ptr<Dialogs> dialogs;
     std::unique_ptr<Shell> shell;
     std::unique_ptr<SystemInfo> system;
+    std::unique_ptr<PrinterSetup> printers; // the print system's, when not given
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -84,6 +86,7 @@ public:
     Dialogs &dialogs() const { return *m_services.dialogs; }
     Shell &shell() const { return *m_services.shell; }
     SystemInfo &system() const { return *m_services.system; }
+    PrinterSetup &printers() const { return *m_services.printers; }
 
     // Paths below the program folder, with '/' separators.
     const QString &programFolder() const { return m_programFolder; }

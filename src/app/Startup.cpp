@@ -258,6 +258,7 @@ void Form1::Form_Unload(int &Cancel)
     // 6.
     if (Form3 *marks = ctx.existingForm3())
         marks->hide();
+    editor->frmFindAtExit();
 
     // 7.
     WMP1.stop();

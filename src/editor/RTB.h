@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 
+class QPrinter;
 class QTextCursor;
 
 // The editor's rich-text control. It offers the operations the editor's
@@ -71,8 +72,9 @@ public:
     // Writes the whole content as RTF, whatever the extension. The old file
     // is replaced only once the new one is completely written.
     bool SaveFile(const QString &path);
-    // Printing of the selection is not there yet.
-    void SelPrint() {}
+    // Prints the selection, or the whole document when nothing is
+    // selected, on `printer` with the control's own pagination.
+    void SelPrint(QPrinter &printer);
     // Searches from `start` (the caret when negative); options 2 whole word,
     // 4 match case, 8 no highlight. Returns the position or -1.
     qint32 Find(const QString &text, qint32 start = -1, int options = 0);

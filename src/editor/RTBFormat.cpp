@@ -6,10 +6,12 @@
 #include "platform/TextFile.h"
 
 #include <QFile>
+#include <QPrinter>
 #include <QSaveFile>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextList>
 
 namespace {
@@ -277,4 +279,17 @@ qint32 RichTextBox::Find(const QString &text, qint32 start, int options)
     if (!(options & 8))
         setTextCursor(hit);
     return unitsOf(hit.selectionStart());
+}
+
+void RichTextBox::SelPrint(QPrinter &printer)
+{
+    const QTextCursor c = textCursor();
+    if (!c.hasSelection()) {
+        document()->print(&printer);
+        return;
+    }
+    QTextDocument part;
+    part.setDefaultFont(document()->defaultFont());
+    QTextCursor(&part).insertFragment(c.selection());
+    part.print(&printer);
 }

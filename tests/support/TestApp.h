@@ -28,6 +28,7 @@ public:
     FakeDialogs *dialogs = nullptr; // owned by the context
     FakeShell *shell = nullptr;
     FakeSystemInfo *system = nullptr;
+    FakePrinterSetup *printers = nullptr;
 
     // Builds the context (if not yet built) and runs the start-up.
     bool start();

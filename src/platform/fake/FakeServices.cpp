@@ -1,5 +1,7 @@
 #include "platform/fake/FakeServices.h"
 
+#include <QPrinter>
+
 int FakeDialogs::msgBox(const QString &text, int style, const QString &title)
 {
     messages.append({text, style, title});
@@ -40,6 +42,7 @@ FileDialogAnswer FakeDialogs::fileDialog(const FileDialogRequest &request)
 bool FakeDialogs::chooseColor(QWidget *, QColor &color)
 {
     ++colorDialogs;
+    colorStarts.append(color);
     if (colorAnswers.empty())
         return false;
     const QColor answer = colorAnswers.front();
@@ -48,4 +51,20 @@ bool FakeDialogs::chooseColor(QWidget *, QColor &color)
         return false;
     color = answer;
     return true;
+}
+
+void FakePrinterSetup::selectPrinter(QPrinter &printer, const QString &name)
+{
+    selected.append(name);
+    printer.setPrinterName(name);
+}
+
+bool FakePrinterSetup::setupDialog(QWidget *, QPrinter &printer)
+{
+    ++dialogs;
+    if (answers.empty())
+        return false;
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer(printer);
 }
