@@ -107,6 +107,7 @@ frmFind::frmFind(AppContext &context, Form2 &owner) : QWidget(&owner), ctx(conte
         box->setEditable(true);
         // The history is kept by the window's own routines.
         box->setInsertPolicy(QComboBox::NoInsert);
+        box->lineEdit()->setAcceptDrops(true);
         box->lineEdit()->installEventFilter(this);
     }
     connect(cboFind, &QComboBox::activated, this, [this] { cboFind_Click(); });

@@ -25,7 +25,7 @@ bool Form2::ScegliStampante(QWidget *finestra, const QString &nomeStampante, int
     Q_UNUSED(flags);
     PrinterSetup &system = ctx.printers();
     QPrinter &printer = Printer();
-    const QString vecchia = printer.printerName();
+    const QString vecchia = system.currentPrinter(printer);
     const QStringList installed = system.installedPrinters();
     // Every printer whose name contains the given one is made current in
     // turn: the last match wins.
@@ -50,6 +50,6 @@ bool Form2::ScegliStampante(QWidget *finestra, const QString &nomeStampante, int
 
 void Form2::Stampa()
 {
-    if (ScegliStampante(this, Printer().printerName(), 64))
+    if (ScegliStampante(this, ctx.printers().currentPrinter(Printer()), 64))
         RTB->SelPrint(Printer());
 }

@@ -5,7 +5,9 @@
 #include "editor/rtf/Rtf.h"
 #include "platform/TextFile.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QFile>
+#include <QPainter>
 #include <QPrinter>
 #include <QSaveFile>
 #include <QTextBlock>
@@ -13,6 +15,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextList>
+#include <memory>
 
 namespace {
 
@@ -284,12 +287,32 @@ qint32 RichTextBox::Find(const QString &text, qint32 start, int options)
 void RichTextBox::SelPrint(QPrinter &printer)
 {
     const QTextCursor c = textCursor();
-    if (!c.hasSelection()) {
-        document()->print(&printer);
-        return;
+    std::unique_ptr<QTextDocument> copy;
+    if (c.hasSelection()) {
+        copy = std::make_unique<QTextDocument>();
+        copy->setDefaultFont(document()->defaultFont());
+        QTextCursor(copy.get()).insertFragment(c.selection());
+    } else {
+        copy.reset(document()->clone());
     }
-    QTextDocument part;
-    part.setDefaultFont(document()->defaultFont());
-    QTextCursor(&part).insertFragment(c.selection());
-    part.print(&printer);
+    // The text laid out again on the printer's page, page after page; not
+    // QTextDocument::print, which adds margins and a page number of its own.
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return;
+    copy->documentLayout()->setPaintDevice(&printer);
+    const QSizeF page = printer.pageLayout().paintRectPixels(printer.resolution()).size();
+    copy->setPageSize(page);
+    const int pages = copy->pageCount();
+    for (int i = 0; i < pages; ++i) {
+        if (i > 0)
+            printer.newPage();
+        painter.save();
+        painter.translate(0, -i * page.height());
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.clip = QRectF(0, i * page.height(), page.width(), page.height());
+        copy->documentLayout()->draw(&painter, context);
+        painter.restore();
+    }
+    painter.end();
 }

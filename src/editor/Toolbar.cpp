@@ -60,8 +60,14 @@ void Form2::buildToolbarTools()
         ToolbarButton *button = Label2[size_t(i)];
         button->setToolTip(button->accessibleName());
         button->setMouseTracking(true);
+        button->setAttribute(Qt::WA_NoMousePropagation);
         button->installEventFilter(hover);
     }
+    // A move that a control ignores goes on to the window's surface, which
+    // would take the mark away: the controls over which it stays keep
+    // their moves.
+    for (QWidget *keeps : std::initializer_list<QWidget *>{Image1, RTB})
+        keeps->setAttribute(Qt::WA_NoMousePropagation);
     for (QWidget *bare : {surface, static_cast<QWidget *>(Label1)}) {
         bare->setMouseTracking(true);
         bare->installEventFilter(hover);
@@ -75,6 +81,7 @@ void Form2::buildToolbarTools()
         combo->setEditable(true);
         // The lists are fixed: Enter in the box adds nothing to them.
         combo->setInsertPolicy(QComboBox::NoInsert);
+        combo->setAttribute(Qt::WA_NoMousePropagation);
         combo->setGeometry(Twips::toPixels(left), Twips::toPixels(90), Twips::toPixels(width),
                            combo->sizeHint().height());
         return combo;

@@ -17,6 +17,9 @@ public:
     // The names of the installed printers, in the print system's order.
     virtual QStringList installedPrinters() = 0;
 
+    // The name of the current printer of `printer`.
+    virtual QString currentPrinter(const QPrinter &printer) = 0;
+
     // Makes the installed printer of this name the current one of `printer`.
     virtual void selectPrinter(QPrinter &printer, const QString &name) = 0;
 

@@ -185,6 +185,11 @@ QStringList QtPrinterSetup::installedPrinters()
     return QPrinterInfo::availablePrinterNames();
 }
 
+QString QtPrinterSetup::currentPrinter(const QPrinter &printer)
+{
+    return printer.printerName();
+}
+
 void QtPrinterSetup::selectPrinter(QPrinter &printer, const QString &name)
 {
     printer.setPrinterName(name);

@@ -37,6 +37,7 @@ class QtPrinterSetup : public PrinterSetup
 {
 public:
     QStringList installedPrinters() override;
+    QString currentPrinter(const QPrinter &printer) override;
     void selectPrinter(QPrinter &printer, const QString &name) override;
     bool setupDialog(QWidget *owner, QPrinter &printer) override;
 };

@@ -1,7 +1,5 @@
 #include "platform/fake/FakeServices.h"
 
-#include <QPrinter>
-
 int FakeDialogs::msgBox(const QString &text, int style, const QString &title)
 {
     messages.append({text, style, title});
@@ -53,10 +51,12 @@ bool FakeDialogs::chooseColor(QWidget *, QColor &color)
     return true;
 }
 
-void FakePrinterSetup::selectPrinter(QPrinter &printer, const QString &name)
+void FakePrinterSetup::selectPrinter(QPrinter &, const QString &name)
 {
+    // The print system here may know no printer of this name: the fake
+    // keeps the choice itself.
     selected.append(name);
-    printer.setPrinterName(name);
+    current = name;
 }
 
 bool FakePrinterSetup::setupDialog(QWidget *, QPrinter &printer)

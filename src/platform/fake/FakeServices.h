@@ -53,11 +53,13 @@ class FakePrinterSetup : public PrinterSetup
 {
 public:
     QStringList printers;
+    QString current;
     QStringList selected; // every printer made current, in order
     int dialogs = 0;
     std::deque<std::function<bool(QPrinter &)>> answers;
 
     QStringList installedPrinters() override { return printers; }
+    QString currentPrinter(const QPrinter &) override { return current; }
     void selectPrinter(QPrinter &printer, const QString &name) override;
     bool setupDialog(QWidget *owner, QPrinter &printer) override;
 };
