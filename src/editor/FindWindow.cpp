@@ -341,6 +341,7 @@ void frmFind::cmdReplace_Click()
 qint32 replaceAllFromCaret(RichTextBox &rtb, const QString &cerca, const QString &con)
 {
     qint32 count = 0;
+    const RichTextBox::LayoutHold hold(rtb);
     for (;;) {
         // The result isn't looked at: only the selection the search leaves.
         rtb.Find(cerca);

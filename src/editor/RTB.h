@@ -79,6 +79,24 @@ public:
     // 4 match case, 8 no highlight. Returns the position or -1.
     qint32 Find(const QString &text, qint32 start = -1, int options = 0);
 
+    // While one of these lives, the text isn't laid out after each edit;
+    // it is laid out once when the last one ends. Qt lays out every
+    // paragraph behind an edit again at once, which makes a run of
+    // thousands of edits (Replace All in a long transcript) quadratic.
+    // Positions, text and events are unaffected; what is drawn and the
+    // caret's place on screen wait for the end.
+    class LayoutHold
+    {
+    public:
+        explicit LayoutHold(RichTextBox &box);
+        ~LayoutHold();
+        LayoutHold(const LayoutHold &) = delete;
+        LayoutHold &operator=(const LayoutHold &) = delete;
+
+    private:
+        RichTextBox &m_box;
+    };
+
     void SetFocus() override;
 
     // --- Undo target ---------------------------------------------------------
@@ -158,6 +176,7 @@ private:
     void endEdit();
 
     int m_editDepth = 0;
+    int m_layoutHolds = 0;
     int m_formatDepth = 0;
     bool m_changePending = false;
     UnchangedEnds m_unchanged;

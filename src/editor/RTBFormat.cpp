@@ -39,6 +39,26 @@ bool isBullet(const QTextBlock &block)
     return list && list->format().style() == QTextListFormat::ListDisc;
 }
 
+// A layout that lays out nothing, for the time of a LayoutHold. It keeps
+// the last size of the text, so that the scroll bars stay as they were.
+class IdleLayout : public QAbstractTextDocumentLayout
+{
+public:
+    IdleLayout(QTextDocument *doc, QSizeF size) : QAbstractTextDocumentLayout(doc), m_size(size) {}
+    void draw(QPainter *, const PaintContext &) override {}
+    int hitTest(const QPointF &, Qt::HitTestAccuracy) const override { return -1; }
+    int pageCount() const override { return 1; }
+    QSizeF documentSize() const override { return m_size; }
+    QRectF frameBoundingRect(QTextFrame *) const override { return {}; }
+    QRectF blockBoundingRect(const QTextBlock &) const override { return {}; }
+
+protected:
+    void documentChanged(int, int, int) override {}
+
+private:
+    QSizeF m_size;
+};
+
 } // namespace
 
 template <typename T>
@@ -282,6 +302,29 @@ qint32 RichTextBox::Find(const QString &text, qint32 start, int options)
     if (!(options & 8))
         setTextCursor(hit);
     return unitsOf(hit.selectionStart());
+}
+
+RichTextBox::LayoutHold::LayoutHold(RichTextBox &box) : m_box(box)
+{
+    if (m_box.m_layoutHolds++ > 0)
+        return;
+    // Changing the layout reports the whole text as changed; it isn't.
+    FormatScope format(m_box);
+    QTextDocument *doc = m_box.document();
+    doc->setDocumentLayout(new IdleLayout(doc, doc->documentLayout()->documentSize()));
+}
+
+RichTextBox::LayoutHold::~LayoutHold()
+{
+    if (--m_box.m_layoutHolds > 0)
+        return;
+    FormatScope format(m_box);
+    QTextDocument *doc = m_box.document();
+    // No layout given: the document makes its standard one again, and the
+    // control, told of the change, connects to it.
+    doc->setDocumentLayout(nullptr);
+    doc->documentLayout()->setPaintDevice(m_box.viewport());
+    m_box.ensureCursorVisible();
 }
 
 void RichTextBox::SelPrint(QPrinter &printer)

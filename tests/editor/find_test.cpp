@@ -9,7 +9,9 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QAbstractTextDocumentLayout>
 #include <QPushButton>
+#include <QTextBlock>
 
 namespace {
 
@@ -181,6 +183,8 @@ TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
         click(find.cmdReplaceAll);
         EXPECT_EQ(rtb.Text(), QString::fromLatin1(c.result)) << c.text;
         EXPECT_EQ(find.ContaSostituzioni, c.count) << c.text;
+        // The text is laid out again once the run is over.
+        EXPECT_GT(rtb.document()->documentLayout()->blockBoundingRect(rtb.document()->firstBlock()).height(), 0);
         ASSERT_FALSE(app.dialogs->messages.isEmpty());
         EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T67 \r\n%1 T68").arg(c.count));
         EXPECT_EQ(app.dialogs->messages.last().title, QStringLiteral("Quillmere"));
