@@ -261,3 +261,13 @@ TEST(EditorPrint, PrinterMatchingTheCurrentNameIsTakenLastMatchWinsAndCancelRest
     EXPECT_EQ(printers.selected,
               (QStringList{QStringLiteral("Office"), QStringLiteral("office laser"), QStringLiteral("Office")}));
 }
+
+TEST(EditorToolbar, OpenFromTheToolbarWritesItsFolderToTheSettingsAtOnce)
+{
+    TestApp app;
+    startEditor(app);
+    app.folder.write(QStringLiteral("docs/a.rtf"), "{\\rtf1\\ansi text\\par}");
+    app.dialogs->answerFile(app.folder.file(QStringLiteral("docs/a.rtf")));
+    QTest::mouseClick(app.form2().Label2[1], Qt::LeftButton);
+    EXPECT_EQ(app.folder.settingsLines().value(6), app.folder.file(QStringLiteral("docs")));
+}
