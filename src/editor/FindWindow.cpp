@@ -9,6 +9,7 @@
 #include "editor/RTB.h"
 
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QGroupBox>
@@ -48,17 +49,18 @@ W *placed(W *widget, const char *name, int left, int top, int width, int height)
 void Form2::mnuTrova_Click()
 {
     Tag = QString();
-    if (!m_frmFind) {
-        m_frmFind = std::make_unique<frmFind>(ctx, *this);
-        m_frmFind->Form_Load();
-    }
-    m_frmFind->show();
-    m_frmFind->raise();
+    showFrmFind();
 }
 
 void Form2::mnuSostituisci_Click()
 {
     Tag = QStringLiteral("1");
+    showFrmFind();
+}
+
+void Form2::showFrmFind()
+{
+    // A window already loaded comes up as it is, in the mode it was loaded in.
     if (!m_frmFind) {
         m_frmFind = std::make_unique<frmFind>(ctx, *this);
         m_frmFind->Form_Load();
@@ -368,6 +370,13 @@ void frmFind::cmdReplaceAll_Click()
 
 void frmFind::cmdCancel_Click()
 {
+    editor.unloadFrmFind();
+}
+
+void frmFind::closeEvent(QCloseEvent *event)
+{
+    // The window's close box unloads it, as Cancel does.
+    event->accept();
     editor.unloadFrmFind();
 }
 

@@ -62,6 +62,7 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     // The options word of the search: +2 whole word, +4 match case.

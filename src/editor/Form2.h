@@ -178,6 +178,9 @@ private:
     // of the editor's dialogs.
     void saveSettingsAfter(int Index);
 
+    // Loads the find window if it isn't, and shows it.
+    void showFrmFind();
+
     std::unique_ptr<QPrinter> m_printer;
     std::unique_ptr<frmFind> m_frmFind;
 };
