@@ -5,11 +5,11 @@
 
 #include "editor/FindWindow.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QAbstractTextDocumentLayout>
 #include <QPushButton>
 #include <QTextBlock>
 
@@ -21,27 +21,32 @@ const QString CrLf = QStringLiteral("\r\n");
 // key (Ctrl+F, or Ctrl+H for Replace).
 frmFind &openFind(TestApp &app, const QString &text, qint32 selStart, qint32 selLength, bool replace)
 {
-    Form2 &editor = app.form2();
-    editor.RTB->setText(text);
-    editor.RTB->setSelStart(selStart);
-    editor.RTB->setSelLength(selLength);
-    QTest::keyClick(editor.RTB, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
-    frmFind *window = editor.existingFrmFind();
-    EXPECT_NE(window, nullptr);
-    return *window;
+    RichTextBox &rtb = *app.form2().RTB;
+    rtb.setText(text);
+    rtb.setSelStart(selStart);
+    rtb.setSelLength(selLength);
+    QTest::keyClick(&rtb, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
+    return *app.form2().existingFrmFind();
 }
 
-void click(QPushButton *button)
+// A press of a button, then what it left: the selection as start+length,
+// the caption of cmdFind, and the message shown by this press if any.
+QString press(TestApp &app, QPushButton *button)
 {
+    const auto before = app.dialogs->messages.size();
     QTest::mouseClick(button, Qt::LeftButton);
+    const RichTextBox &rtb = *app.form2().RTB;
+    const QString message = app.dialogs->messages.size() > before ? app.dialogs->messages.last().text : QString();
+    return QStringLiteral("%1+%2 %3 %4").arg(rtb.SelStart()).arg(rtb.SelLength())
+        .arg(app.form2().existingFrmFind()->cmdFind->text(), message).trimmed();
 }
 
-QStringList history(const QComboBox *box)
+QString history(const QComboBox *box)
 {
     QStringList items;
     for (int i = 0; i < box->count(); ++i)
         items.append(box->itemText(i));
-    return items;
+    return items.join(u',');
 }
 
 } // namespace
@@ -50,86 +55,52 @@ TEST(FindWindow, FindCaptionCarriesTheSearchToTheEndAndBackToTheTop)
 {
     TestApp app;
     startEditor(app);
-    RichTextBox &rtb = *app.form2().RTB;
     frmFind &find = openFind(app, QStringLiteral("one two one two"), 4, 4, false);
     // The selection, trimmed, is the search text; Find hides the replace part.
-    EXPECT_EQ(find.cboFind->currentText(), QStringLiteral("two"));
-    EXPECT_EQ(find.windowTitle(), QStringLiteral("T56..."));
+    EXPECT_EQ(find.cboFind->currentText() + u' ' + find.windowTitle(), QStringLiteral("two T56..."));
     EXPECT_FALSE(find.cmdReplaceAll->isVisibleTo(&find));
+    // From the top, next, the end with its message (no wrap), the top again.
+    for (const char *want : {"4+3 T57", "12+3 T57", "12+3 &T56 T66", "4+3 T57"})
+        EXPECT_EQ(press(app, find.cmdFind), QString::fromLatin1(want));
+    EXPECT_EQ(app.dialogs->messages.last().style, int(MsgBox::Information));
 
-    struct Press
-    {
-        qint32 selStart; // -1: no hit, a message
-        const char *caption;
-    };
-    // From the top, next, the end with its message, then the top again.
-    const Press presses[] = {{4, "T57"}, {12, "T57"}, {-1, "&T56"}, {4, "T57"}};
-    for (const Press &p : presses) {
-        const auto messagesBefore = app.dialogs->messages.size();
-        click(find.cmdFind);
-        EXPECT_EQ(find.cmdFind->text(), QString::fromLatin1(p.caption));
-        if (p.selStart >= 0) {
-            EXPECT_EQ(rtb.SelStart(), p.selStart);
-            EXPECT_EQ(rtb.SelText(), QStringLiteral("two"));
-        } else {
-            ASSERT_EQ(app.dialogs->messages.size(), messagesBefore + 1);
-            EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T66"));
-            EXPECT_EQ(app.dialogs->messages.last().style, int(MsgBox::Information));
-        }
-    }
-    // Choosing from the list sends the caret to the top but keeps the
-    // continuing state, so the next press searches from the top.
+    // Choosing from the list sends the caret to the top and keeps the
+    // continuing state: the next press goes on from the top.
     find.cboFind->setEditText(QStringLiteral("one"));
     find.cboFind->activated(0);
-    EXPECT_EQ(rtb.SelStart(), 0);
-    click(find.cmdFind);
-    EXPECT_EQ(rtb.SelStart(), 0);
-    EXPECT_EQ(rtb.SelText(), QStringLiteral("one"));
-
-    // A word that isn't there: message 65 from the top.
+    EXPECT_EQ(press(app, find.cmdFind), QStringLiteral("0+3 T57"));
+    // A word that isn't there, from the top: message 65.
     find.cboFind->setEditText(QStringLiteral("three"));
     find.cmdFind->setText(QStringLiteral("&T56"));
-    click(find.cmdFind);
-    EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T65"));
+    EXPECT_EQ(press(app, find.cmdFind), QStringLiteral("0+3 &T56 T65"));
 }
 
 TEST(FindWindow, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
 {
     struct Case
     {
-        bool wholeWord;
-        bool matchCase;
-        const char *text;
-        const char *afterSecondPress;
-        qint32 selLengthAfter; // the look-ahead selects, or doesn't
+        bool wholeWord, matchCase;
+        const char *text, *afterSecondPress, *selection;
     };
     // Whole word: the look-ahead is a case-sensitive search of any
     // occurrence ("cats" is found). Match case: it doesn't select.
     const Case cases[] = {
-        {true, false, "Cat cats cat", "dog cats cat", 3},
-        {false, true, "cat Cat cat", "dog Cat cat", 0},
+        {true, false, "Cat cats cat", "dog cats cat", "4+3 &T56"},
+        {false, true, "cat Cat cat", "dog Cat cat", "3+0 &T56"},
     };
     for (const Case &c : cases) {
         TestApp app;
         startEditor(app);
-        RichTextBox &rtb = *app.form2().RTB;
         frmFind &find = openFind(app, QString::fromLatin1(c.text), 0, 0, true);
         EXPECT_EQ(find.windowTitle(), QStringLiteral("T59..."));
         find.cboFind->setEditText(QStringLiteral("cat"));
         find.cboReplace->setEditText(QStringLiteral("dog"));
         find.chkWholeWord->setChecked(c.wholeWord);
         find.chkMatchCase->setChecked(c.matchCase);
-
-        click(find.cmdReplace); // finds and arms only
-        EXPECT_EQ(rtb.Text(), QString::fromLatin1(c.text));
-        EXPECT_EQ(rtb.SelLength(), 3);
-        EXPECT_EQ(find.cmdReplace->text(), QStringLiteral("T59"));
-        click(find.cmdReplace);
-        EXPECT_EQ(rtb.Text(), QString::fromLatin1(c.afterSecondPress));
-        EXPECT_EQ(rtb.SelLength(), c.selLengthAfter);
-        if (c.selLengthAfter > 0)
-            EXPECT_EQ(rtb.SelStart(), 4);
-        EXPECT_EQ(find.cmdReplace->text(), QStringLiteral("T59"));
+        EXPECT_EQ(press(app, find.cmdReplace), QStringLiteral("0+3 &T56")); // finds, arms
+        EXPECT_EQ(app.form2().RTB->Text() + u' ' + find.cmdReplace->text(), QString::fromLatin1(c.text) + QStringLiteral(" T59"));
+        EXPECT_EQ(press(app, find.cmdReplace), QString::fromLatin1(c.selection));
+        EXPECT_EQ(app.form2().RTB->Text(), QString::fromLatin1(c.afterSecondPress));
     }
 }
 
@@ -139,19 +110,15 @@ TEST(FindWindow, ASelectionOfTwoLinesSearchesItsFirstLineAndTheFirstReplacementP
     startEditor(app);
     RichTextBox &rtb = *app.form2().RTB;
     frmFind &find = openFind(app, QStringLiteral("alpha") + CrLf + QStringLiteral("beta alpha"), 0, 11, true);
-    EXPECT_EQ(find.cboFind->currentText(), QStringLiteral("alpha"));
-    EXPECT_EQ(history(find.cboFind), QStringList{QStringLiteral("alpha")});
+    EXPECT_EQ(history(find.cboFind), QStringLiteral("alpha"));
     EXPECT_TRUE(find.TagliatoCrLf);
     find.cboReplace->setEditText(QStringLiteral("omega"));
     rtb.setSelStart(0);
-    click(find.cmdReplace);
-    click(find.cmdReplace);
-    click(find.cmdReplace);
+    for (int i = 0; i < 3; ++i)
+        press(app, find.cmdReplace);
     EXPECT_EQ(rtb.Text(), QStringLiteral("omega") + CrLf + CrLf + QStringLiteral("beta omega"));
-    EXPECT_FALSE(find.TagliatoCrLf);
     // No hit left: the message of entry 65 at every press.
-    click(find.cmdReplace);
-    EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T65"));
+    EXPECT_EQ(press(app, find.cmdReplace).section(u' ', -1), QStringLiteral("T65"));
 }
 
 TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
@@ -160,17 +127,16 @@ TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
     {
         const char *text;
         qint32 selStart, selLength;
-        const char *find, *with;
-        const char *result;
+        const char *find, *with, *result;
         qint32 count;
     };
     const Case cases[] = {
-        {"cat cat cat", 4, 0, "cat", "dog", "cat dog dog", 2},     // before the caret: untouched
-        {"xyz abc", 0, 3, "cat", "dog", "dog abc", 1},             // a failed search leaves the selection
-        {"Cat CAT", 0, 0, " cat ", "dog", "dog dog", 2},           // trimmed, case ignored
-        {"cat cat", 0, 0, "cat", "cats", "cats cats", 2},          // no loop on its own result
-        {"cat cat", 3, 0, "", "dog", "cat cat", 0},                // empty: nothing
-        {"a" "\r\n" "cat" "\r\n" "cat", 0, 0, "cat", "", "a" "\r\n" "\r\n", 2},
+        {"cat cat cat", 4, 0, "cat", "dog", "cat dog dog", 2}, // before the caret: untouched
+        {"xyz abc", 0, 3, "cat", "dog", "dog abc", 1},         // a failed search leaves the selection
+        {"Cat CAT", 0, 0, " cat ", "dog", "dog dog", 2},       // trimmed, case ignored
+        {"cat cat", 0, 0, "cat", "cats", "cats cats", 2},      // no loop on its own result
+        {"cat cat", 3, 0, "", "dog", "cat cat", 0},            // empty: nothing
+        {"a\r\ncat\r\ncat", 0, 0, "cat", "", "a\r\n\r\n", 2},
     };
     for (const Case &c : cases) {
         TestApp app;
@@ -180,14 +146,12 @@ TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
         find.cboFind->setEditText(QString::fromLatin1(c.find));
         find.cboReplace->setEditText(QString::fromLatin1(c.with));
         find.chkMatchCase->setChecked(true); // ignored by Replace All
-        click(find.cmdReplaceAll);
+        press(app, find.cmdReplaceAll);
         EXPECT_EQ(rtb.Text(), QString::fromLatin1(c.result)) << c.text;
-        EXPECT_EQ(find.ContaSostituzioni, c.count) << c.text;
-        // The text is laid out again once the run is over.
-        EXPECT_GT(rtb.document()->documentLayout()->blockBoundingRect(rtb.document()->firstBlock()).height(), 0);
-        ASSERT_FALSE(app.dialogs->messages.isEmpty());
         EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T67 \r\n%1 T68").arg(c.count));
         EXPECT_EQ(app.dialogs->messages.last().title, QStringLiteral("Quillmere"));
+        // The text is laid out again once the run is over.
+        EXPECT_GT(rtb.document()->documentLayout()->blockBoundingRect(rtb.document()->firstBlock()).height(), 0);
         // Hidden, still loaded.
         EXPECT_FALSE(find.isVisible());
         EXPECT_EQ(app.form2().existingFrmFind(), &find);
@@ -204,11 +168,11 @@ TEST(FindWindow, HistoryDropsAndTheWindowsLifetime)
     // order is that of the first use; there is no limit.
     for (const char *typed : {"b", "a", "b", "A", "  ", "c", "d", "e", "f", "g", "h", "i", "j", "k"}) {
         find.cboFind->setEditText(QString::fromLatin1(typed));
-        click(find.cmdFind);
+        press(app, find.cmdFind);
     }
-    EXPECT_EQ(history(find.cboFind).join(u','), QStringLiteral("b,a,A,c,d,e,f,g,h,i,j,k"));
+    EXPECT_EQ(history(find.cboFind), QStringLiteral("b,a,A,c,d,e,f,g,h,i,j,k"));
 
-    // Dropped text: cut at its line break, trimmed, into both histories.
+    // Dropped text: cut at its line break, trimmed, into the history.
     QMimeData data;
     data.setText(QStringLiteral(" dropped \nmore"));
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -217,23 +181,23 @@ TEST(FindWindow, HistoryDropsAndTheWindowsLifetime)
     QCoreApplication::sendEvent(find.cboFind->lineEdit(), &drop);
     EXPECT_EQ(find.cboFind->currentText(), QStringLiteral("dropped"));
     EXPECT_TRUE(find.TagliatoCrLf);
-    EXPECT_EQ(history(find.cboFind).last(), QStringLiteral("dropped"));
+    EXPECT_TRUE(history(find.cboFind).endsWith(QStringLiteral(",k,dropped")));
 
     // Replace while loaded keeps the look of the first opening.
     editor.mnuSostituisci_Click();
-    EXPECT_EQ(editor.existingFrmFind(), &find);
     EXPECT_FALSE(find.cmdReplace->isVisibleTo(&find));
     // Cancel unloads: the next opening is a fresh window in its own mode.
-    click(find.cmdCancel);
+    QTest::mouseClick(find.cmdCancel, Qt::LeftButton);
     EXPECT_EQ(editor.existingFrmFind(), nullptr);
     editor.RTB->setSelStart(0);
     editor.mnuSostituisci_Click();
-    ASSERT_NE(editor.existingFrmFind(), nullptr);
-    EXPECT_TRUE(editor.existingFrmFind()->cmdReplace->isVisibleTo(editor.existingFrmFind()));
-    EXPECT_EQ(editor.existingFrmFind()->cboFind->count(), 0);
+    frmFind *again = editor.existingFrmFind();
+    ASSERT_NE(again, nullptr);
+    EXPECT_TRUE(again->cmdReplace->isVisibleTo(again));
+    EXPECT_EQ(again->cboFind->count(), 0);
     // The exit hides it at once and unloads it 100 ms later.
     editor.frmFindAtExit();
-    EXPECT_FALSE(editor.existingFrmFind()->isVisible());
+    EXPECT_FALSE(again->isVisible());
     app.advance(100);
     EXPECT_EQ(editor.existingFrmFind(), nullptr);
 }
