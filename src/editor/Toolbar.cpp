@@ -117,7 +117,7 @@ void Form2::fillFontBoxes()
 void Form2::Combo1_Change()
 {
     // Only a name of the list; typed text that matches none does nothing.
-    if (Combo1->findText(Combo1->currentText(), Qt::MatchExactly) >= 0)
+    if (Combo1->findText(Combo1->currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
         RTB->setSelFontName(Combo1->currentText());
 }
 
