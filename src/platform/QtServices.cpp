@@ -201,6 +201,7 @@ bool QtPrinterSetup::setupDialog(QWidget *owner, QPrinter &printer)
     // printed is decided by the editor's selection. The dialog always offers
     // printing to a PDF file, so a machine without printers can print too.
     QPrintDialog dialog(&printer, owner);
+    dialog.setOption(QAbstractPrintDialog::PrintToFile, true);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
     dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
