@@ -149,8 +149,9 @@ TEST(EditorToolbar, HoverMarkFollowsTheButtonsAndLeavesOnTheBareWindow)
     for (const auto &[over, marked] : moves) {
         moveOver(over);
         EXPECT_EQ(editor.Shape1->isVisible(), marked != nullptr) << over->objectName().toStdString();
-        if (marked)
+        if (marked) {
             EXPECT_EQ(editor.Shape1->geometry(), marked->geometry());
+        }
     }
     EXPECT_EQ(editor.Label2[3]->toolTip(), QStringLiteral("Print"));
 }
