@@ -6,6 +6,7 @@
 #include "editor/UndoHistory.h"
 #include "editor/journal/RecoveryJournal.h"
 #include "outside/frmInformazioni.h"
+#include "platform/QtServices.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 #include "mediaview/frmMedia.h"
@@ -28,6 +29,8 @@ AppContext::AppContext(QString programFolder, Services services, QString command
     , m_undo(std::make_unique<UndoHistory>())
 {
     currentDirectory = QDir::currentPath();
+    if (!m_services.printers)
+        m_services.printers = std::make_unique<QtPrinterSetup>();
 }
 
 AppContext::~AppContext()

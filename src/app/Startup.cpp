@@ -290,6 +290,7 @@ void Form1::Form_Unload(int &Cancel)
         marks->hide();
         marks->Timer1->setInterval(50);
     }
+    editor->frmFindAtExit();
 
     // 7.
     WMP1.stop();
