@@ -11,7 +11,7 @@ libqt6svg6 qt6-image-formats-plugins qt6-qpa-plugins
 libmpv-dev libgl-dev libgl1-mesa-dri
 libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libxkbcommon-dev
 libgtest-dev googletest
-xvfb xauth xdotool x11-xkb-utils openbox dbus
+xvfb xauth xdotool x11-xkb-utils x11-utils openbox dbus
 espeak-ng sox libsox-fmt-all ffmpeg
 pulseaudio pulseaudio-utils libpulse-dev
 libreoffice-writer-nogui poppler-utils

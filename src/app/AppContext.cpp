@@ -6,6 +6,7 @@
 #include "editor/UndoHistory.h"
 #include "editor/journal/RecoveryJournal.h"
 #include "outside/frmInformazioni.h"
+#include "platform/QtServices.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 #include "mediaview/frmMedia.h"
@@ -28,6 +29,8 @@ AppContext::AppContext(QString programFolder, Services services, QString command
     , m_undo(std::make_unique<UndoHistory>())
 {
     currentDirectory = QDir::currentPath();
+    if (!m_services.printers)
+        m_services.printers = std::make_unique<QtPrinterSetup>();
 }
 
 AppContext::~AppContext()
@@ -195,12 +198,27 @@ bool AppContext::Main()
         return false;
     };
 
+    // The description of the error in force when a file will not open.
+    auto openError = [](const QString &path) {
+        const QFileInfo info(path);
+        if (!info.dir().exists())
+            return QStringLiteral("Path not found");
+        if (!info.exists())
+            return QStringLiteral("File not found");
+        return QStringLiteral("Path/File access error");
+    };
+
     // 1. The language file named in the first field of the settings file.
+    // An empty file has no first field to read, which fails like a missing
+    // file.
     const auto settings = TextFile::readLines(settingsPath());
     if (!settings)
-        return fatal(QStringLiteral("File not found"));
+        return fatal(openError(settingsPath()));
     SettingsFieldReader reader(*settings);
-    FileLingua = reader.text().value_or(QString());
+    const auto firstField = reader.text();
+    if (!firstField)
+        return fatal(QStringLiteral("Input past end of file"));
+    FileLingua = *firstField;
 
     // 2. None named: choose by the first two letters of the English name of
     // the user's country. The look-up is kept exactly as it always was,
@@ -226,7 +244,7 @@ bool AppContext::Main()
     // 3. The language table; more than 151 lines is a failure here.
     switch (LanguageFile::load(languagePath(), Lingua)) {
     case LanguageFile::Result::Missing:
-        return fatal(QStringLiteral("File not found"));
+        return fatal(openError(languagePath()));
     case LanguageFile::Result::TooLong:
         return fatal(QStringLiteral("Subscript out of range"));
     case LanguageFile::Result::Loaded:

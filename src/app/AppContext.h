@@ -4,6 +4,7 @@
 #include "platform/Dialogs.h"
 #include "platform/MediaBackend.h"
 #include "platform/PlayerControl.h"
+#include "platform/PrinterSetup.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
 #include "platform/Timer.h"
@@ -36,6 +37,7 @@ struct Services
     std::unique_ptr<WebReader> web; // may be absent: no update check then
     // Picture and sound for the media window; none: no media window.
     std::unique_ptr<MediaBackend> media;
+    std::unique_ptr<PrinterSetup> printers; // the print system's, when not given
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -102,6 +104,7 @@ public:
     Shell &shell() const { return *m_services.shell; }
     SystemInfo &system() const { return *m_services.system; }
     WebReader *web() const { return m_services.web.get(); }
+    PrinterSetup &printers() const { return *m_services.printers; }
 
     // Paths below the program folder, with '/' separators.
     const QString &programFolder() const { return m_programFolder; }

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -72,7 +73,8 @@ void PictureBox::resizeEvent(QResizeEvent *event)
 void PictureBox::setTip(const QString &tip)
 {
     setToolTip(tip);
-    setAccessibleName(tip.trimmed());
+    // A screen reader would read a menu-style "&" aloud.
+    setAccessibleName(QString(tip).remove(u'&').trimmed());
 }
 
 static int buttonCode(Qt::MouseButtons b)
@@ -182,3 +184,53 @@ QAction *MenuBuilder::separator(QMenu *menu, const char *name)
     a->setObjectName(QString::fromUtf8(name));
     return a;
 }
+
+namespace KeyLayout {
+
+int usLetter(quint32 nativeScanCode)
+{
+    // X11 key codes (the kernel's key codes plus 8) of the letter rows of
+    // every PC keyboard, and the letters a US layout puts on them.
+    struct Row
+    {
+        quint32 first;
+        const char *letters;
+    };
+    static constexpr Row rows[] = {{24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {52, "ZXCVBNM"}};
+    for (const Row &row : rows) {
+        const quint32 length = quint32(std::char_traits<char>::length(row.letters));
+        if (nativeScanCode >= row.first && nativeScanCode < row.first + length)
+            return Qt::Key_A + (row.letters[nativeScanCode - row.first] - 'A');
+    }
+    return 0;
+}
+
+int latinKey(const QKeyEvent *event)
+{
+    const int key = event->key();
+    // Only letters of other scripts are read by place: Latin letters, digits
+    // and named keys stay as the layout gives them.
+    if (key < 0x80 || key > 0xffff || !QChar(char16_t(key)).isLetter())
+        return key;
+    const int letter = usLetter(event->nativeScanCode());
+    return letter ? letter : key;
+}
+
+bool triggerShortcut(QWidget *window, const QKeyEvent *event)
+{
+    const int latin = latinKey(event);
+    if (!window || latin == event->key())
+        return false;
+    const QKeySequence sequence(QKeyCombination(
+        event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier),
+        Qt::Key(latin)));
+    for (QAction *action : window->findChildren<QAction *>()) {
+        if (action->isEnabled() && action->shortcut() == sequence) {
+            action->trigger();
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace KeyLayout

@@ -6,6 +6,7 @@
 #include <functional>
 
 class QAction;
+class QKeyEvent;
 class QMenu;
 class QMenuBar;
 
@@ -145,3 +146,19 @@ QAction *command(QWidget *window, QMenu *menu, const char *name, const char *cap
                  std::function<void()> handler);
 QAction *separator(QMenu *menu, const char *name);
 } // namespace MenuBuilder
+
+// Letter keys read by their place on the keyboard, as the program's key
+// codes always were: Ctrl+W is the key of W on a Russian or Greek layout too,
+// where the toolkit reports a Cyrillic or Greek letter and no shortcut of a
+// Latin letter matches.
+namespace KeyLayout {
+// The letter (Qt::Key_A to Qt::Key_Z) that the physical key carries on a US
+// layout, from the X11 key code of the event; 0 for any other key.
+int usLetter(quint32 nativeScanCode);
+// The event's key, a letter of another script replaced by its US letter.
+int latinKey(const QKeyEvent *event);
+// Triggers the enabled command of `window` whose shortcut is the event read
+// with its US letter; true when there was one. For key presses that matched
+// no shortcut as the toolkit read them.
+bool triggerShortcut(QWidget *window, const QKeyEvent *event);
+} // namespace KeyLayout

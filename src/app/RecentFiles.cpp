@@ -13,17 +13,19 @@ bool isFreeSlot(const QString &caption)
 
 void load(const QString &listFile, QAction *const items[4], QAction *separator, int &mark)
 {
-    const auto lines = TextFile::readLines(listFile);
-    if (!lines)
-        return;
-    // A short file: reading past its end leaves the last line read in place.
-    QString line;
-    for (int n = 0; n < 4; ++n) {
-        if (n < lines->size())
-            line = lines->at(n);
-        if (!line.isEmpty()) {
-            items[n]->setText(line);
-            mark = 1;
+    // A missing file is not read; the mark, shared with the list loaded
+    // before, may still show the separator and the items.
+    if (const auto lines = TextFile::readLines(listFile)) {
+        // A short file: reading past its end leaves the last line read in
+        // place.
+        QString line;
+        for (int n = 0; n < 4; ++n) {
+            if (n < lines->size())
+                line = lines->at(n);
+            if (!line.isEmpty()) {
+                items[n]->setText(line);
+                mark = 1;
+            }
         }
     }
     if (mark == 1) {
@@ -56,7 +58,10 @@ void update(const QString &path, QAction *const items[4], QAction *separator, co
     QStringList captions;
     for (int i = 0; i < 4; ++i)
         captions.append(items[i]->text());
-    TextFile::writeLines(listFile, captions);
+    // A list that cannot be written costs nothing the user made: the menu
+    // is right for this session, and the failure is let go.
+    if (!TextFile::writeLines(listFile, captions))
+        return;
 }
 
 } // namespace RecentFiles

@@ -11,7 +11,7 @@ namespace RecentFiles {
 
 bool isFreeSlot(const QString &caption);
 
-// Fills the items from the list file. `mark` is shared by the two lists of
+// Fills the items from the list file, if there is one. `mark` is shared by the two lists of
 // the program and is set when a non-empty line was read; while it is set
 // the separator shows and each item shows unless it is a free slot.
 void load(const QString &listFile, QAction *const items[4], QAction *separator, int &mark);

@@ -19,18 +19,28 @@ std::optional<QString> SettingsFieldReader::text()
         ++i;
     QString field;
     if (i < line.size() && line.at(i) == u'"') {
-        const qsizetype close = line.indexOf(u'"', i + 1);
-        if (close < 0) {
-            field = line.mid(i + 1);
-            i = line.size();
-        } else {
-            field = line.mid(i + 1, close - i - 1);
-            i = close + 1;
-            // Whatever stands between the closing quote and the next comma
-            // is passed over.
-            while (i < line.size() && line.at(i) != u',')
-                ++i;
+        // A quoted field runs to the next quote, across line ends if need
+        // be (they are part of the field), or to the end of the file.
+        qsizetype close = line.indexOf(u'"', i + 1);
+        field = line.mid(i + 1, close < 0 ? -1 : close - i - 1);
+        while (close < 0 && m_line + 1 < m_lines.size()) {
+            const QString &next = m_lines.at(++m_line);
+            close = next.indexOf(u'"');
+            field += QStringLiteral("\r\n") + next.left(close < 0 ? next.size() : close);
         }
+        const QString &last = m_lines.at(m_line);
+        i = close < 0 ? last.size() : close + 1;
+        // Whatever stands between the closing quote and the next comma is
+        // passed over.
+        while (i < last.size() && last.at(i) != u',')
+            ++i;
+        if (i < last.size()) {
+            m_col = i + 1;
+        } else {
+            ++m_line;
+            m_col = 0;
+        }
+        return field;
     } else {
         const qsizetype comma = line.indexOf(u',', i);
         const qsizetype end = comma < 0 ? line.size() : comma;

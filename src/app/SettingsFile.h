@@ -7,7 +7,7 @@
 // Reads the fields of the settings file the way the program always has: a
 // stream of fields in the manner of comma-separated input, not one value a
 // line. Leading blanks are skipped; a field that begins with a double quote
-// runs to the next double quote; any other field ends at a comma or at the
+// runs to the next double quote, across lines; any other field ends at a comma or at the
 // end of the line. So a value holding a comma splits there, and every later
 // field moves by one.
 class SettingsFieldReader

@@ -43,6 +43,28 @@ void Form1::PosizionaEditor()
     else
         editor->setTop(Top() + Height() + 30);
     editor->setLeft(Left());
+    // The rule places frames against frames. Before the window manager has
+    // framed this window (at start-up) its height lacks the title bar, and
+    // it has yet to move to its place, so the editor would land under it:
+    // the placement is made again when the frame comes (see moveEvent).
+    const bool framed = frameGeometry().height() > geometry().height();
+    if (framed)
+        m_editorPlacedUnframed.reset();
+    else
+        m_editorPlacedUnframed = QPoint(editor->Left(), editor->Top());
+}
+
+void Form1::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    if (!m_editorPlacedUnframed || frameGeometry().height() <= geometry().height())
+        return;
+    const QPoint placed = *m_editorPlacedUnframed;
+    m_editorPlacedUnframed.reset();
+    // Unless something else (the saved positions) has moved the editor since.
+    Form2 *editor = ctx.form2();
+    if (editor->Left() == placed.x() && editor->Top() == placed.y())
+        PosizionaEditor();
 }
 
 void Form1::Form_Load()
@@ -79,7 +101,9 @@ void Form1::Form_Load()
 
         text(); // line 1: the language, already taken by the start.
         volumeText = text();
-        Image1->setTop(int(Numbers::leadingNumber(text())));
+        // A value no position can take is skipped, as a failing statement.
+        if (const auto top = Numbers::toInt32(Numbers::leadingNumber(text())))
+            Image1->setTop(*top);
         valInt16(text(), ctx.SecSalto);
         valInt16(text(), ctx.SecIndietro);
         mnuTitoloCompleto->setChecked(Numbers::leadingNumber(text()) == 1);
@@ -115,14 +139,14 @@ void Form1::Form_Load()
     // 5. The language table once more, tolerant of long files.
     ctx.loadLanguage();
 
-    // 6. Saved positions, unless lines 13 and 14 add up to 0 (in 16 bits).
-    if (const auto sum = std::optional<qint16>(Numbers::toInt16(double(line13) + double(line14)))) {
-        if (*sum != 0) {
-            setLeft(line9);
-            setTop(line10);
-            ctx.form2()->setLeft(line11);
-            ctx.form2()->setTop(line12);
-        }
+    // 6. Saved positions, unless lines 13 and 14 add up to 0. A sum that
+    // overflows 16 bits raises an error inside the test, and the test's
+    // failure falls into the branch: such a sum counts as "not 0".
+    if (int(line13) + int(line14) != 0) {
+        setLeft(line9);
+        setTop(line10);
+        ctx.form2()->setLeft(line11);
+        ctx.form2()->setTop(line12);
     }
 
     // 7. Stay on top; either way the window lands at pixel (50, 50).
@@ -266,6 +290,7 @@ void Form1::Form_Unload(int &Cancel)
         marks->hide();
         marks->Timer1->setInterval(50);
     }
+    editor->frmFindAtExit();
 
     // 7.
     WMP1.stop();

@@ -59,7 +59,6 @@ int main(int argc, char **argv)
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quillmere"));
     // libmpv parses numbers with the C library and refuses to start unless
     // the numeric locale is "C"; Qt has set it from the environment.
     std::setlocale(LC_NUMERIC, "C");

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -193,7 +194,9 @@ void Form4::storeSeconds(qint16 &variable, Bounds bounds)
 void Form4::goTo()
 {
     Form1 *player = ctx.form1();
-    ctx.player().setCurrentPosition(Numbers::leadingNumber(Text1->text()));
+    // A number beyond a double fails the assignment: the position stays.
+    if (const double target = Numbers::leadingNumber(Text1->text()); std::isfinite(target))
+        ctx.player().setCurrentPosition(target);
     if (player) {
         // On a paused or stopped player the jump goes through the pause
         // branch of the toggle, so it lands SecIndietro seconds early, as

@@ -107,6 +107,7 @@ void Form2::Label2_Click(int Index)
     default:
         break;
     }
+    saveSettingsAfter(Index);
 }
 
 bool Form2::askToSaveChanges()

@@ -3,6 +3,7 @@
 #include "editor/Form2.h"
 
 #include "app/AppContext.h"
+#include "editor/FindWindow.h"
 #include "editor/UndoHistory.h"
 #include "player/Form1.h"
 
@@ -14,6 +15,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPixmap>
+#include <QPrinter>
 #include <QScreen>
 
 namespace {
@@ -125,6 +127,7 @@ void Form2::buildControls()
     RTB->onLostFocus = [this] { RTB_LostFocus(); };
     Label1->lower();
     setFocusProxy(RTB);
+    buildToolbarTools();
 }
 
 void Form2::buildMenus()
@@ -227,6 +230,9 @@ void Form2::Form_Load()
         for (ToolbarButton *button : Label2)
             button->setCursor(cursor);
     }
+
+    // 5. The font boxes (their pointer is the buttons'), then the letters.
+    fillFontBoxes();
 
     // 5. The letters over the four style buttons.
     for (int i = 0; i < 4; ++i) {

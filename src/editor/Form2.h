@@ -11,7 +11,11 @@
 
 class AppContext;
 class QAction;
+class QComboBox;
+class QFrame;
 class QMenu;
+class QPrinter;
+class frmFind;
 
 // A hot area of the toolbar: an invisible button laid over the toolbar
 // picture, which carries the icons.
@@ -47,6 +51,11 @@ public:
     std::array<ToolbarButton *, 17> Label2 = {};
     std::array<CaptionLabel *, 4> Label3 = {}; // letters over the style buttons
     std::unique_ptr<Timer> Timer1;   // clipboard form swap
+    QComboBox *Combo1 = nullptr;     // font names
+    QComboBox *Combo2 = nullptr;     // font sizes
+    QFrame *Shape1 = nullptr;        // the hover mark over the toolbar
+    // "" while the find window is to open for Find, "1" for Replace.
+    QString Tag;
 
     // --- Menus -------------------------------------------------------------
     QMenu *mnuFile = nullptr;
@@ -110,12 +119,10 @@ public:
     // The file whose load dropped content the editor cannot keep (tables,
     // footnotes...): the first save over it asks for another name.
     QString fileLosingContent;
-    // Find and replace are not there yet.
-    void mnuTrova_Click() {}
-    void mnuSostituisci_Click() {}
-    // Printing and the colour picker are not there yet.
-    void Stampa() {}
-    void ShowColor() {}
+    void mnuTrova_Click();        // FindWindow.cpp
+    void mnuSostituisci_Click();
+    void Stampa();                // Printing.cpp
+    void ShowColor();             // Toolbar.cpp
 
     // --- Events, clipboard, undo (EditorEvents.cpp) -----------------------------------
     void RTB_Change();
@@ -130,6 +137,25 @@ public:
     void mnuTimeStamp_Click();
     void mnuAnnulla_Click();
     void mnuRipeti_Click();
+
+    // --- Font boxes and the toolbar's hover (Toolbar.cpp) --------------------------------
+    void Combo1_Change();
+    void Combo2_Change();
+    void Combo1_Click() { Combo1_Change(); }
+    void Combo2_Click() { Combo2_Change(); }
+    void Label2_MouseMove(int Index);
+    void NascondiEvidenza();
+
+    // --- Printing (Printing.cpp) ----------------------------------------------------------
+    // The printer the editor prints on; the user's choices stay with it.
+    QPrinter &Printer();
+    bool ScegliStampante(QWidget *finestra, const QString &nomeStampante, int flags);
+
+    // --- The find window (FindWindow.cpp) ---------------------------------------------------
+    frmFind *existingFrmFind() const { return m_frmFind.get(); }
+    void unloadFrmFind();
+    // The program's exit: the window is hidden and goes with its timer.
+    void frmFindAtExit();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -152,4 +178,17 @@ private:
     // The question before a save over a file whose load lost content; true
     // when the user wants another name.
     bool wantsAnotherName(const QString &path);
+
+    // Toolbar.cpp: the font boxes, the hover mark and tool tips; their lists.
+    void buildToolbarTools();
+    void fillFontBoxes();
+    // The settings after a toolbar command that may have moved the folder
+    // of the editor's dialogs.
+    void saveSettingsAfter(int Index);
+
+    // Loads the find window if it isn't, and shows it.
+    void showFrmFind();
+
+    std::unique_ptr<QPrinter> m_printer;
+    std::unique_ptr<frmFind> m_frmFind;
 };

@@ -345,7 +345,7 @@ void RichTextBox::SetFocus()
 
 int RichTextBox::keyCode(const QKeyEvent *event)
 {
-    const int k = event->key();
+    const int k = KeyLayout::latinKey(event);
     if (k >= Qt::Key_A && k <= Qt::Key_Z)
         return k;
     if (k >= Qt::Key_0 && k <= Qt::Key_9)
@@ -414,6 +414,9 @@ bool RichTextBox::event(QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
         auto *key = static_cast<QKeyEvent *>(event);
+        // The press is this control's even when a menu shortcut takes it
+        // (Ctrl+S saves, and its release still underlines in Italian).
+        m_pressedKeys.insert(key->key());
         if (takesKey(keyCode(key), shiftState(key->modifiers()))) {
             event->accept();
             return true;
@@ -426,6 +429,13 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
     int code = keyCode(event);
     int shift = shiftState(event->modifiers());
+    m_pressedKeys.insert(event->key());
+    // A menu shortcut of the window that the layout hid (Ctrl+S under a
+    // Cyrillic layout), unless the key tables take the key.
+    if (!takesKey(code, shift) && KeyLayout::triggerShortcut(window(), event)) {
+        event->accept();
+        return;
+    }
     const int codeIn = code;
     const int shiftIn = shift;
     if (onKeyDown)
@@ -464,6 +474,11 @@ void RichTextBox::keyReleaseEvent(QKeyEvent *event)
     // A held key repeats its press only; its release comes once, at the end.
     if (event->isAutoRepeat())
         return;
+    // A key acts once: a press that went to another window (F5 in the
+    // player, which gives the keyboard to the text at once) has already
+    // done its work, and its release here must not do it again.
+    if (!m_pressedKeys.remove(event->key()))
+        return;
     int code = keyCode(event);
     int shift = shiftState(event->modifiers());
     if (onKeyUp)
@@ -490,6 +505,13 @@ void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
 {
     // The editor's own menu opens on the right button (MouseDown).
     event->accept();
+}
+
+void RichTextBox::focusInEvent(QFocusEvent *event)
+{
+    // Keys held now were pressed elsewhere.
+    m_pressedKeys.clear();
+    QTextEdit::focusInEvent(event);
 }
 
 void RichTextBox::focusOutEvent(QFocusEvent *event)

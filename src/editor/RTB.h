@@ -4,10 +4,12 @@
 #include "editor/UndoHistory.h"
 
 #include <QColor>
+#include <QSet>
 #include <QTextEdit>
 #include <functional>
 #include <optional>
 
+class QPrinter;
 class QTextCursor;
 
 // The editor's rich-text control. It offers the operations the editor's
@@ -81,11 +83,30 @@ public:
     bool SaveFile(const QString &path, QString *error = nullptr);
     // The single-byte code page of plain text that is not UTF-8.
     QByteArray plainTextCodec = "windows-1252";
-    // Printing of the selection is not there yet.
-    void SelPrint() {}
+    // Prints the selection, or the whole document when nothing is
+    // selected, on `printer` with the control's own pagination.
+    void SelPrint(QPrinter &printer);
     // Searches from `start` (the caret when negative); options 2 whole word,
     // 4 match case, 8 no highlight. Returns the position or -1.
     qint32 Find(const QString &text, qint32 start = -1, int options = 0);
+
+    // While one of these lives, the text isn't laid out after each edit;
+    // it is laid out once when the last one ends. Qt lays out every
+    // paragraph behind an edit again at once, which makes a run of
+    // thousands of edits (Replace All in a long transcript) quadratic.
+    // Positions, text and events are unaffected; what is drawn and the
+    // caret's place on screen wait for the end.
+    class LayoutHold
+    {
+    public:
+        explicit LayoutHold(RichTextBox &box);
+        ~LayoutHold();
+        LayoutHold(const LayoutHold &) = delete;
+        LayoutHold &operator=(const LayoutHold &) = delete;
+
+    private:
+        RichTextBox &m_box;
+    };
 
     void SetFocus() override;
 
@@ -114,6 +135,7 @@ protected:
     void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     bool canInsertFromMimeData(const QMimeData *source) const override;
@@ -166,7 +188,10 @@ private:
     void endEdit();
 
     int m_editDepth = 0;
+    int m_layoutHolds = 0;
     int m_formatDepth = 0;
     bool m_changePending = false;
     UnchangedEnds m_unchanged;
+    // Keys whose press this control received and whose release is to come.
+    QSet<int> m_pressedKeys;
 };

@@ -5,10 +5,17 @@
 #include "editor/rtf/Rtf.h"
 #include "platform/TextFile.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QFile>
+#include <QPainter>
+#include <QPrinter>
+#include <QSaveFile>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextList>
+#include <memory>
 
 namespace {
 
@@ -31,6 +38,26 @@ bool isBullet(const QTextBlock &block)
     const QTextList *list = block.textList();
     return list && list->format().style() == QTextListFormat::ListDisc;
 }
+
+// A layout that lays out nothing, for the time of a LayoutHold. It keeps
+// the last size of the text, so that the scroll bars stay as they were.
+class IdleLayout : public QAbstractTextDocumentLayout
+{
+public:
+    IdleLayout(QTextDocument *doc, QSizeF size) : QAbstractTextDocumentLayout(doc), m_size(size) {}
+    void draw(QPainter *, const PaintContext &) override {}
+    int hitTest(const QPointF &, Qt::HitTestAccuracy) const override { return -1; }
+    int pageCount() const override { return 1; }
+    QSizeF documentSize() const override { return m_size; }
+    QRectF frameBoundingRect(QTextFrame *) const override { return {}; }
+    QRectF blockBoundingRect(const QTextBlock &) const override { return {}; }
+
+protected:
+    void documentChanged(int, int, int) override {}
+
+private:
+    QSizeF m_size;
+};
 
 } // namespace
 
@@ -275,4 +302,60 @@ qint32 RichTextBox::Find(const QString &text, qint32 start, int options)
     if (!(options & 8))
         setTextCursor(hit);
     return unitsOf(hit.selectionStart());
+}
+
+RichTextBox::LayoutHold::LayoutHold(RichTextBox &box) : m_box(box)
+{
+    if (m_box.m_layoutHolds++ > 0)
+        return;
+    // Changing the layout reports the whole text as changed; it isn't.
+    FormatScope format(m_box);
+    QTextDocument *doc = m_box.document();
+    doc->setDocumentLayout(new IdleLayout(doc, doc->documentLayout()->documentSize()));
+}
+
+RichTextBox::LayoutHold::~LayoutHold()
+{
+    if (--m_box.m_layoutHolds > 0)
+        return;
+    FormatScope format(m_box);
+    QTextDocument *doc = m_box.document();
+    // No layout given: the document makes its standard one again, and the
+    // control, told of the change, connects to it.
+    doc->setDocumentLayout(nullptr);
+    doc->documentLayout()->setPaintDevice(m_box.viewport());
+    m_box.ensureCursorVisible();
+}
+
+void RichTextBox::SelPrint(QPrinter &printer)
+{
+    const QTextCursor c = textCursor();
+    std::unique_ptr<QTextDocument> copy;
+    if (c.hasSelection()) {
+        copy = std::make_unique<QTextDocument>();
+        copy->setDefaultFont(document()->defaultFont());
+        QTextCursor(copy.get()).insertFragment(c.selection());
+    } else {
+        copy.reset(document()->clone());
+    }
+    // The text laid out again on the printer's page, page after page; not
+    // QTextDocument::print, which adds margins and a page number of its own.
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return;
+    copy->documentLayout()->setPaintDevice(&printer);
+    const QSizeF page = printer.pageLayout().paintRectPixels(printer.resolution()).size();
+    copy->setPageSize(page);
+    const int pages = copy->pageCount();
+    for (int i = 0; i < pages; ++i) {
+        if (i > 0)
+            printer.newPage();
+        painter.save();
+        painter.translate(0, -i * page.height());
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.clip = QRectF(0, i * page.height(), page.width(), page.height());
+        copy->documentLayout()->draw(&painter, context);
+        painter.restore();
+    }
+    painter.end();
 }

@@ -106,7 +106,6 @@ void Form1::ApplicaLingua()
     // screen reader can tell them.
     cmdRec->setAccessibleName(TogliAmp(L(104)));
     Image4->setAccessibleName(TogliAmp(L(19)));
-    Label2->setAccessibleName(QStringLiteral("Position"));
     Image2->setAccessibleName(TogliAmp(ctx.Lingua(27)).trimmed());
 
     // 5.

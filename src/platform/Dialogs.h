@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QString>
 #include <QStringList>
+#include <array>
 
 class QWidget;
 
@@ -72,6 +73,15 @@ public:
 
     // The colour dialog; false when cancelled.
     virtual bool chooseColor(QWidget *owner, QColor &color) = 0;
+
+    // The colour dialog with its sixteen custom colours given in and, when
+    // confirmed, read back. Dialogs that keep no custom colours answer as
+    // chooseColor does.
+    virtual bool chooseColorWithCustom(QWidget *owner, QColor &color, std::array<QColor, 16> &customColors)
+    {
+        (void)customColors;
+        return chooseColor(owner, color);
+    }
 
     // The system's beep.
     virtual void beep() = 0;

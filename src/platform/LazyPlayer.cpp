@@ -7,13 +7,15 @@
 namespace {
 
 // The module's entry point (see platform/mpv/MpvPlayer.h).
-using CreatePlayer = PlayerControl *(*)();
-const char *const EntryPoint = "quillmere_create_player";
+using CreatePlayer = PlayerControl *(*)(const char *const *);
+const char *const EntryPoint = "quillmere_create_player_with_options";
 
 } // namespace
 
-LazyPlayer::LazyPlayer(QString moduleDir, QObject *parent)
-    : QObject(parent), m_moduleDir(std::move(moduleDir)),
+LazyPlayer::LazyPlayer(QString moduleDir, QObject *parent) : LazyPlayer(std::move(moduleDir), {}, parent) {}
+
+LazyPlayer::LazyPlayer(QString moduleDir, BackendOptions backendOptions, QObject *parent)
+    : QObject(parent), m_moduleDir(std::move(moduleDir)), m_backendOptions(std::move(backendOptions)),
       m_library(m_moduleDir + QStringLiteral("/quillmere-mpv"))
 {
     // libmpv starts threads and registers handlers that must not vanish
@@ -72,8 +74,15 @@ void LazyPlayer::finishLoading()
 
     PlayerControl *player = nullptr;
     if (m_libraryLoaded) {
-        if (auto create = reinterpret_cast<CreatePlayer>(m_library.resolve(EntryPoint)))
-            player = create();
+        if (auto create = reinterpret_cast<CreatePlayer>(m_library.resolve(EntryPoint))) {
+            std::vector<const char *> options;
+            for (const auto &[name, value] : m_backendOptions) {
+                options.push_back(name.constData());
+                options.push_back(value.constData());
+            }
+            options.push_back(nullptr);
+            player = create(options.data());
+        }
     }
     if (!player) {
         qWarning("The player back-end could not be loaded (%s); media will not play.",

@@ -3,7 +3,9 @@
 #include "platform/PlayerControl.h"
 
 #include <QLibrary>
+#include <QList>
 #include <QObject>
+#include <QPair>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -32,6 +34,10 @@ class LazyPlayer : public QObject, public PlayerControl
 public:
     // moduleDir: the folder holding the module, normally the program folder.
     explicit LazyPlayer(QString moduleDir, QObject *parent = nullptr);
+    // backendOptions: options for the back-end by name (for libmpv its
+    // option names), for a test's own set-up such as a silent audio output.
+    using BackendOptions = QList<QPair<QByteArray, QByteArray>>;
+    LazyPlayer(QString moduleDir, BackendOptions backendOptions, QObject *parent = nullptr);
     ~LazyPlayer() override;
 
     // Starts loading the module in a background thread and returns at once;
@@ -79,6 +85,7 @@ private:
     void dropTransport();
 
     QString m_moduleDir;
+    BackendOptions m_backendOptions;
     QLibrary m_library;
     std::thread m_loader;
     bool m_libraryLoaded = false; // written by the loader, read after join

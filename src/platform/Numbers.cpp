@@ -1,5 +1,6 @@
 #include "platform/Numbers.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -53,6 +54,47 @@ qsizetype numberLength(const QString &text, qsizetype pos)
     return i - pos;
 }
 
+// A number that a double cannot hold: its decimal magnitude tells whether
+// it was too large (an infinity of its sign) or too small (0).
+double beyondDouble(QStringView number)
+{
+    const bool negative = number.startsWith(u'-');
+    qsizetype i = (negative || number.startsWith(u'+')) ? 1 : 0;
+    // The power of ten of the first significant digit, before the exponent.
+    qint64 magnitude = 0;
+    bool significant = false;
+    bool inFraction = false;
+    for (; i < number.size() && number.at(i) != u'e' && number.at(i) != u'E'; ++i) {
+        const QChar c = number.at(i);
+        if (c == u'.') {
+            inFraction = true;
+            continue;
+        }
+        if (!significant && c != u'0')
+            significant = true;
+        if (significant && !inFraction)
+            ++magnitude;
+        else if (!significant && inFraction)
+            --magnitude;
+    }
+    if (!significant)
+        return 0.0;
+    if (i < number.size()) {
+        // The exponent, saturated: a thousand digits of it mean the same.
+        const QStringView exponent = number.mid(i + 1);
+        const bool down = exponent.startsWith(u'-');
+        qint64 e = 0;
+        for (QChar c : exponent) {
+            if (c.isDigit())
+                e = std::min<qint64>(e * 10 + c.digitValue(), 1'000'000'000);
+        }
+        magnitude += down ? -e : e;
+    }
+    if (magnitude <= 0)
+        return 0.0;
+    return negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
+}
+
 } // namespace
 
 double leadingNumber(const QString &text)
@@ -63,11 +105,12 @@ double leadingNumber(const QString &text)
     const qsizetype len = numberLength(text, pos);
     if (len == 0)
         return 0.0;
+    const QStringView number = QStringView(text).mid(pos, len);
     bool ok = false;
-    const double value = QStringView(text).mid(pos, len).toDouble(&ok);
-    if (!ok || !std::isfinite(value))
-        return 0.0;
-    return value;
+    const double value = number.toDouble(&ok);
+    if (ok && std::isfinite(value))
+        return value;
+    return beyondDouble(number);
 }
 
 double roundHalfEven(double value)
@@ -83,6 +126,16 @@ std::optional<qint16> toInt16(double value)
     if (r < std::numeric_limits<qint16>::min() || r > std::numeric_limits<qint16>::max())
         return std::nullopt;
     return static_cast<qint16>(r);
+}
+
+std::optional<qint32> toInt32(double value)
+{
+    if (!std::isfinite(value))
+        return std::nullopt;
+    const double r = roundHalfEven(value);
+    if (r < std::numeric_limits<qint32>::min() || r > std::numeric_limits<qint32>::max())
+        return std::nullopt;
+    return static_cast<qint32>(r);
 }
 
 bool assignInt16(qint16 &target, double value)

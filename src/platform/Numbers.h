@@ -11,7 +11,9 @@ namespace Numbers {
 // read as form a decimal number (optional sign, digits, a point as the
 // decimal separator whatever the locale, an optional exponent); reading stops
 // at the first character that does not fit. No number at all gives 0:
-// "12abc" gives 12, "abc" gives 0, " -2.5x" gives -2.5.
+// "12abc" gives 12, "abc" gives 0, " -2.5x" gives -2.5. A number too large
+// even for a double ("1e400") gives an infinity of its sign, which fits no
+// integer; one too small gives 0.
 double leadingNumber(const QString &text);
 
 // Rounds to the nearest whole number, halves to the even one (2.5 -> 2,
@@ -21,6 +23,9 @@ double roundHalfEven(double value);
 // The conversion to a signed 16-bit integer: rounded half to even, nullopt
 // when the result does not fit.
 std::optional<qint16> toInt16(double value);
+
+// The same for a signed 32-bit integer.
+std::optional<qint32> toInt32(double value);
 
 // Assigns the converted value; a value that does not fit leaves `target`
 // as it was. Returns whether it was assigned.

@@ -9,6 +9,9 @@
 #include <QLocale>
 #include <QLockFile>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
@@ -161,6 +164,48 @@ bool QtDialogs::chooseColor(QWidget *owner, QColor &color)
         return false;
     color = chosen;
     return true;
+}
+
+bool QtDialogs::chooseColorWithCustom(QWidget *owner, QColor &color, std::array<QColor, 16> &customColors)
+{
+    // Qt keeps one set of custom colours for the whole process; the caller's
+    // set is put in before and taken back after, so that each caller has
+    // its own.
+    for (int i = 0; i < 16; ++i)
+        QColorDialog::setCustomColor(i, customColors[size_t(i)]);
+    if (!chooseColor(owner, color))
+        return false;
+    for (int i = 0; i < 16; ++i)
+        customColors[size_t(i)] = QColorDialog::customColor(i);
+    return true;
+}
+
+QStringList QtPrinterSetup::installedPrinters()
+{
+    return QPrinterInfo::availablePrinterNames();
+}
+
+QString QtPrinterSetup::currentPrinter(const QPrinter &printer)
+{
+    return printer.printerName();
+}
+
+void QtPrinterSetup::selectPrinter(QPrinter &printer, const QString &name)
+{
+    printer.setPrinterName(name);
+}
+
+bool QtPrinterSetup::setupDialog(QWidget *owner, QPrinter &printer)
+{
+    // The choice of a printer and its paper, without a page range: what is
+    // printed is decided by the editor's selection. The dialog always offers
+    // printing to a PDF file, so a machine without printers can print too.
+    QPrintDialog dialog(&printer, owner);
+    dialog.setOption(QAbstractPrintDialog::PrintToFile, true);
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
+    dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
+    dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 void QtDialogs::beep()

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMenu>
@@ -35,6 +36,20 @@ Form1::Form1(AppContext &context)
 }
 
 Form1::~Form1() = default;
+
+namespace {
+
+// The skin's labels have the sizes of their design; the widest text a label
+// shows must fit in it with the fonts of this system.
+void fitFont(QLabel *label, const QString &widest)
+{
+    QFont font = label->font();
+    while (font.pointSize() > 6 && QFontMetrics(font).horizontalAdvance(widest) > label->width())
+        font.setPointSize(font.pointSize() - 1);
+    label->setFont(font);
+}
+
+} // namespace
 
 void Form1::buildSkin()
 {
@@ -83,13 +98,16 @@ void Form1::buildSkin()
     Shape1->setStretch(false);
     Label2 = label("Label2", 300, 2190, 4635, 240);
     Label2->setAlignment(Qt::AlignCenter);
-    Label2->setAccessibleName(QStringLiteral("Position"));
+    // No accessible name: a label with one reports the name instead of its
+    // text, and the position text is what a screen reader has to read.
 
     Image2 = picture("Image2", 4815, 360, 90, 1200);
     Image2->setStretch(true);
     Image1 = picture("Image1", 4665, 1230, 375, 195);
     Label5 = label("Label5", 4620, 1680, 495, 285);
     Label5->setCaption(QStringLiteral("100%"));
+    Label5->setStyleSheet(QStringLiteral("color: rgb(255, 255, 255);"));
+    fitFont(Label5, QStringLiteral(" 100%"));
     Label1 = label("Label1", 4770, 45, 165, 360);
     Label1->setCaption(QStringLiteral("+"));
     Label3 = label("Label3", 4800, 1365, 120, 435);
@@ -268,6 +286,9 @@ void Form1::keyPressEvent(QKeyEvent *event)
         mnuEsci_Click();
         return;
     }
+    // A menu shortcut the keyboard layout hid (Ctrl+W under a Cyrillic one).
+    if (KeyLayout::triggerShortcut(this, event))
+        return;
     QMainWindow::keyPressEvent(event);
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPoint>
+#include <optional>
+
 #include "app/Controls.h"
 #include "platform/Timer.h"
 
@@ -240,6 +243,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
 
 private:
     void buildSkin();
@@ -249,6 +253,9 @@ private:
     void buildMenus();
     void wireTimers();
     bool m_firstPaintDone = false;
+    // Where PosizionaEditor put the editor (twips) while this window had no
+    // frame yet; placed again once the frame is there.
+    std::optional<QPoint> m_editorPlacedUnframed;
 
 public:
     // Called once after the window's first paint (the player back-end is

@@ -127,7 +127,14 @@ void Form1::imgDetta_MouseMove()
 
 bool Form1::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == centralWidget() && event->type() == QEvent::MouseMove)
-        Form_MouseMove();
+    // Only a move over the bare window is the window's own. A move that a
+    // control let through (a label ignores moves and the toolkit hands them
+    // on to the parent) belongs to that control: taking it here would put
+    // a lit button back at once, and no button would ever light.
+    if (watched == centralWidget() && event->type() == QEvent::MouseMove) {
+        const auto *move = static_cast<QMouseEvent *>(event);
+        if (!centralWidget()->childAt(move->position().toPoint()))
+            Form_MouseMove();
+    }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -28,7 +28,9 @@ void Form1::computeVolumeTag()
 
 void Form1::ApplicaVolume()
 {
-    VolumeCorrente = int(Numbers::roundHalfEven(Numbers::leadingNumber(Image1->Tag)));
+    // A volume text beyond any integer leaves the last volume read.
+    if (const auto volume = Numbers::toInt32(Numbers::leadingNumber(Image1->Tag)))
+        VolumeCorrente = *volume;
     const int percent = std::clamp(int(std::floor(double(VolumeCorrente) / VolumeMax * 100)), 0, 100);
     Label5->setCaption(QStringLiteral(" ") + QString::number(percent) + QStringLiteral("%"));
     WMP1.setVolume(percent);

@@ -18,6 +18,8 @@ TEST(Numbers, LeadingNumberReadsAsFarAsANumberGoes)
         {"12abc", 12},  {"abc", 0},     {" -2.5x", -2.5}, {"", 0},     {"3.5.6", 3.5},
         {".5", 0.5},    {"+.5", 0.5},   {"1e3", 1000},    {"1e", 1},   {"  7 8", 7},
         {"-", 0},       {"0040", 40},   {"2,5", 2},       {"\t9", 9},  {"1.", 1},
+        // Beyond a double: too large is an infinity, which fits no integer.
+        {"1e400", qInf()}, {"-1e400x", -qInf()}, {"1e-400", 0}, {"0.000e999", 0}, {"0.1e310", qInf()},
     };
     for (const auto &[text, want] : cases)
         EXPECT_EQ(Numbers::leadingNumber(QString::fromLatin1(text)), want) << text;
@@ -38,6 +40,10 @@ TEST(Numbers, SixteenBitConversionRoundsHalfToEvenAndRefusesWhatDoesNotFit)
     EXPECT_FALSE(Numbers::assignInt16(value, 40000));
     EXPECT_EQ(value, 12);
     EXPECT_TRUE(Numbers::assignInt16(value, -3));
+    EXPECT_EQ(value, -3);
+
+    EXPECT_EQ(Numbers::leadingNumber(QString(400, u'9')), qInf());
+    EXPECT_FALSE(Numbers::assignInt16(value, Numbers::leadingNumber(QStringLiteral("1e400"))));
     EXPECT_EQ(value, -3);
 
     EXPECT_EQ(Numbers::multiplyInt16(32, 1000), qint16(32000));
@@ -106,6 +112,17 @@ TEST(SettingsFieldReader, FieldsFollowCommasAndQuotesNotLines)
     EXPECT_TRUE(in.atEnd());
     EXPECT_FALSE(in.text().has_value());
     EXPECT_FALSE(in.int16().has_value());
+}
+
+TEST(SettingsFieldReader, AQuotedFieldRunsAcrossLinesToTheNextQuote)
+{
+    SettingsFieldReader in({QStringLiteral("\"C:\\My"), QStringLiteral("Music\",x"), QStringLiteral("12"),
+                            QStringLiteral("\"open")});
+    EXPECT_EQ(in.text(), QStringLiteral("C:\\My\r\nMusic"));
+    EXPECT_EQ(in.text(), QStringLiteral("x"));
+    EXPECT_EQ(in.int16(), qint16(12));
+    EXPECT_EQ(in.text(), QStringLiteral("open"));
+    EXPECT_TRUE(in.atEnd());
 }
 
 TEST(SettingsFieldReader, EmptyLinesAreEmptyFields)

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -64,30 +65,45 @@ TEST(Main, ChoosesTheLanguageByTheCountrysEnglishNameAndStoresItAtExit)
 
 TEST(Main, MissingFilesAndOverlongLanguageFilesEndTheStartWithTheFatalBox)
 {
-    auto expectFatal = [](TestApp &app) {
+    struct Case
+    {
+        const char *what;
+        std::function<void(ProgramFolder &)> prepare;
+        const char *description;
+    };
+    const Case cases[] = {
+        {"no settings file", [](ProgramFolder &f) { f.remove(QStringLiteral("Files/Quillmere.ini")); }, "File not found"},
+        {"an empty settings file", [](ProgramFolder &f) { f.write(QStringLiteral("Files/Quillmere.ini"), {}); },
+         "Input past end of file"},
+        {"a folder in place of the settings file",
+         [](ProgramFolder &f) {
+             f.remove(QStringLiteral("Files/Quillmere.ini"));
+             QDir().mkpath(f.file(QStringLiteral("Files/Quillmere.ini")));
+         },
+         "Path/File access error"},
+        {"no language file", [](ProgramFolder &f) { f.setSettingsLine(1, QStringLiteral("Missing.lng")); },
+         "File not found"},
+        {"a language in a missing folder", [](ProgramFolder &f) { f.setSettingsLine(1, QStringLiteral("x/M.lng")); },
+         "Path not found"},
+        {"152 language lines",
+         [](ProgramFolder &f) {
+             f.write(QStringLiteral("Files/Lang/Long.lng"), crlf(numberedLines(152)));
+             f.setSettingsLine(1, QStringLiteral("Long.lng"));
+         },
+         "Subscript out of range"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        TestApp app;
+        c.prepare(app.folder);
         EXPECT_FALSE(app.start());
         EXPECT_TRUE(app.ctx().processEnded());
         ASSERT_EQ(app.dialogs->messages.size(), 1);
         EXPECT_EQ(app.dialogs->messages[0].title, QStringLiteral("Reg Error"));
-        EXPECT_TRUE(app.dialogs->messages[0].text.startsWith(QStringLiteral("Lib OCX -> Reg ERROR!\r")));
+        EXPECT_EQ(app.dialogs->messages[0].text,
+                  QStringLiteral("Lib OCX -> Reg ERROR!\r") + QString::fromUtf8(c.description));
         EXPECT_EQ(app.dialogs->messages[0].style, 48);
         EXPECT_EQ(app.ctx().form1(), nullptr);
-    };
-    {
-        TestApp app;
-        app.folder.remove(QStringLiteral("Files/Quillmere.ini"));
-        expectFatal(app);
-    }
-    {
-        TestApp app;
-        app.folder.setSettingsLine(1, QStringLiteral("Missing.lng"));
-        expectFatal(app);
-    }
-    {
-        TestApp app;
-        app.folder.write(QStringLiteral("Files/Lang/Long.lng"), crlf(numberedLines(152)));
-        app.folder.setSettingsLine(1, QStringLiteral("Long.lng"));
-        expectFatal(app);
     }
     {
         // 151 lines is the most a language file may have.
@@ -150,6 +166,10 @@ TEST(FormLoad, SettingsLinesTakeEffectWithTheirOwnRules)
         {6, "2", [](TestApp &a) { EXPECT_FALSE(a.form1().mnuTitoloCompleto->isChecked()); }},
         {8, "0", [](TestApp &a) { EXPECT_TRUE(a.form2().isVisible()); }},
         {8, "1", [](TestApp &a) { EXPECT_FALSE(a.form2().isVisible()); }},
+        // A top no position can take is skipped: the knob stays where
+        // IniziaVolume put it.
+        {3, "1e400", [](TestApp &a) { EXPECT_EQ(a.form1().Image1->Top(), 862); }},
+        {3, "-3e9", [](TestApp &a) { EXPECT_EQ(a.form1().Image1->Top(), 862); }},
     };
     for (const Case &c : cases) {
         TestApp app;
@@ -177,7 +197,9 @@ TEST(FormLoad, ACommaInTheMediaFolderMovesEveryLaterField)
 TEST(FormLoad, SavedPositionsApplyOnlyWhenLines13And14DoNotAddUpToZero)
 {
     struct Case { const char *l13; const char *l14; bool applied; };
-    const Case cases[] = {{"0", "0", false}, {"100", "-100", false}, {"9000", "4000", true}};
+    // A sum beyond 16 bits counts as not 0, whatever it would wrap to.
+    const Case cases[] = {{"0", "0", false}, {"100", "-100", false}, {"9000", "4000", true},
+                          {"32767", "1", true}, {"-32768", "-32768", true}};
     for (const Case &c : cases) {
         TestApp app;
         app.folder.setSettingsLine(11, QStringLiteral("1500"));

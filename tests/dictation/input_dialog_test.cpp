@@ -99,6 +99,8 @@ TEST(InputDialog, SecondsSettingsAreReadRoundedAndKeptWithinTheirBounds)
         {Job::SecSalto, "40000", 75, 60, "Il valore massimo è 60."},
         {Job::TempoPlay, "-32769", 2, 3, "Il valore minimo è 3."},
         {Job::TempoPlay, "32767", 7, 20, "Il valore massimo è 20."},
+        {Job::SecSalto, "1e400", 5, 5, ""},
+        {Job::SecIndietro, "-1e400", 2, 2, ""},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(std::string("text ") + row.text + " in the setting of line "
@@ -206,6 +208,15 @@ TEST(InputDialog, GoToWhilePlayingLandsOnTheNumberAndTextThatIsNoNumberGoesToThe
     again.Command1_Click();
     EXPECT_DOUBLE_EQ(d.position(), 0.0);
     EXPECT_TRUE(again.isUnloaded());
+
+    // A number beyond a double does not fit: the position stays.
+    d.player().setCurrentPosition(42);
+    Form4 huge(d.ctx(), &d.f());
+    huge.setCaption(d.L(39));
+    huge.Text1->setText(QStringLiteral("1e400"));
+    huge.Command1_Click();
+    EXPECT_DOUBLE_EQ(d.position(), 42.0);
+    EXPECT_TRUE(huge.isUnloaded());
 }
 
 TEST(InputDialog, ABookmarkRowFillsEightCharactersOfTimeAndRefusesADuplicate)

@@ -99,3 +99,32 @@ TEST(PlayerKeys, EscQuitsThroughTheExitCommand)
     EXPECT_TRUE(d.ctx().processEnded());
     EXPECT_EQ(d.settingsLine(4), QStringLiteral("11"));
 }
+
+// With the editor shown, a transport key pressed in the player gives the
+// keyboard to the text at once; its release then goes to the text. The key
+// still acts once: F5 pauses and stays paused, F7 jumps once.
+TEST(PlayerKeys, WithTheEditorShownAKeyOfThePlayerActsOnce)
+{
+    DictationApp d(Preset{.secSalto = 5, .secIndietro = 2});
+    d.open();
+    d.app.form2().show();
+    d.app.advance(20000);
+    const struct
+    {
+        Qt::Key key;
+        double position;
+    } rows[] = {{Qt::Key_F5, 18.0}, {Qt::Key_F7, 23.0}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(QKeySequence(row.key).toString().toStdString());
+        d.f().show();
+        QApplication::setActiveWindow(&d.f());
+        d.f().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&d.f()));
+        QTest::keyPress(&d.f(), row.key);
+        // The release goes where the keyboard is by then: the text.
+        ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == d.app.form2().RTB; }, 1000));
+        QTest::keyRelease(QApplication::focusWidget(), row.key);
+        EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
+        EXPECT_DOUBLE_EQ(d.position(), row.position);
+    }
+}

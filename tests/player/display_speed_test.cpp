@@ -221,4 +221,17 @@ TEST(Accessibility, EveryControlOfThePlayerThatTakesTheMouseHasAName)
         ++checked;
     }
     EXPECT_GE(checked, 10);
+
+    // Labels whose text is the information are read as their current text,
+    // and tool tips are names without their mnemonic marks.
+    s.app.advance(1000);
+    for (CaptionLabel *label : {s.f().Label2, s.f().Label4}) {
+        EXPECT_FALSE(label->text().isEmpty());
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), label->text());
+    }
+    // The volume label: white at rest, and its widest text fits.
+    EXPECT_TRUE(s.f().Label5->styleSheet().contains(QStringLiteral("255, 255, 255")));
+    EXPECT_LE(s.f().Label5->fontMetrics().horizontalAdvance(QStringLiteral(" 100%")), s.f().Label5->width());
+    s.f().cmdStop->setTip(QStringLiteral(" &Stop "));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(s.f().cmdStop)->text(QAccessible::Name), QStringLiteral("Stop"));
 }

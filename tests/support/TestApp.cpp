@@ -27,6 +27,9 @@ void TestApp::build()
     dialogs = fakeDialogs.get();
     shell = fakeShell.get();
     system = fakeSystem.get();
+    auto fakePrinters = std::make_unique<FakePrinterSetup>();
+    printers = fakePrinters.get();
+    services.printers = std::move(fakePrinters);
     services.player = std::move(fakePlayer);
     services.dialogs = std::move(fakeDialogs);
     services.shell = std::move(fakeShell);

@@ -29,6 +29,7 @@ public:
     FakeShell *shell = nullptr;
     FakeSystemInfo *system = nullptr;
     FakeWebReader *web = nullptr;
+    FakePrinterSetup *printers = nullptr;
 
     // Builds the context (if not yet built) and runs the start-up.
     bool start();

@@ -40,6 +40,7 @@ FileDialogAnswer FakeDialogs::fileDialog(const FileDialogRequest &request)
 bool FakeDialogs::chooseColor(QWidget *, QColor &color)
 {
     ++colorDialogs;
+    colorStarts.append(color);
     if (colorAnswers.empty())
         return false;
     const QColor answer = colorAnswers.front();
@@ -48,4 +49,22 @@ bool FakeDialogs::chooseColor(QWidget *, QColor &color)
         return false;
     color = answer;
     return true;
+}
+
+void FakePrinterSetup::selectPrinter(QPrinter &, const QString &name)
+{
+    // The print system here may know no printer of this name: the fake
+    // keeps the choice itself.
+    selected.append(name);
+    current = name;
+}
+
+bool FakePrinterSetup::setupDialog(QWidget *, QPrinter &printer)
+{
+    ++dialogs;
+    if (answers.empty())
+        return false;
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer(printer);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Dialogs.h"
+#include "platform/PrinterSetup.h"
 #include "platform/Shell.h"
 #include "platform/SystemInfo.h"
 #include "platform/WebReader.h"
@@ -28,6 +29,7 @@ public:
     QList<Message> messages;
     QList<FileDialogRequest> fileDialogs;
     int colorDialogs = 0;
+    QList<QColor> colorStarts; // the colour each colour dialog opened on
     int beeps = 0;
 
     std::deque<int> msgBoxAnswers;
@@ -44,6 +46,24 @@ public:
     FileDialogAnswer fileDialog(const FileDialogRequest &request) override;
     bool chooseColor(QWidget *owner, QColor &color) override;
     void beep() override { ++beeps; }
+};
+
+// Printers for tests: a list of names and a script of answers to the set-up
+// dialog. An answer may change the printer, as the user's choices would (a
+// test sends the output to a PDF file); an empty script cancels.
+class FakePrinterSetup : public PrinterSetup
+{
+public:
+    QStringList printers;
+    QString current;
+    QStringList selected; // every printer made current, in order
+    int dialogs = 0;
+    std::deque<std::function<bool(QPrinter &)>> answers;
+
+    QStringList installedPrinters() override { return printers; }
+    QString currentPrinter(const QPrinter &) override { return current; }
+    void selectPrinter(QPrinter &printer, const QString &name) override;
+    bool setupDialog(QWidget *owner, QPrinter &printer) override;
 };
 
 class FakeShell : public Shell

@@ -52,12 +52,6 @@ constexpr double EndSlack = 0.01;
 constexpr double MinSpeed = 0.01;
 constexpr double MaxSpeed = 100.0;
 
-QByteArray number(double value)
-{
-    // mpv parses numbers in the C locale: always a point, never a comma.
-    return QByteArray::number(value, 'f', 6);
-}
-
 } // namespace
 
 void MpvPlayer::HandleDeleter::operator()(mpv_handle *handle) const
@@ -98,11 +92,14 @@ void MpvPlayer::create(const Options &options)
     };
     // No video output yet; a render widget will replace this.
     set("vo", "null");
-    // The default audio output, unless told otherwise: tests and CI, which
-    // have no sound card, set QM_AUDIO_OUTPUT=null.
-    const QByteArray audioOutput = qgetenv("QM_AUDIO_OUTPUT");
-    if (!audioOutput.isEmpty())
-        set("ao", audioOutput);
+    // With no working sound output mpv would drop the audio track, and an
+    // audio file would neither run nor report a length: play it silently
+    // instead, so the position moves and the typist sees why nothing is
+    // heard.
+    set("audio-fallback-to-null", "yes");
+    // A playlist (.m3u, .pls, .cue) is not followed: the file opened is the
+    // media, and a list fails as any other file that is not media.
+    set("access-references", "no");
     // At the end of the media, keep the file open and paused at its end,
     // which is what the stopped state at the end is made of.
     set("keep-open", "yes");
@@ -195,15 +192,15 @@ void MpvPlayer::handleEvent(const mpv_event &event)
         const auto *end = static_cast<const mpv_event_end_file *>(event.data);
         // Ends of files that were replaced or closed on purpose come as
         // MPV_END_FILE_REASON_STOP and mean nothing here. An error on the
-        // current file (unreadable, not media) leaves the player empty.
-        if (end->reason == MPV_END_FILE_REASON_ERROR && end->playlist_entry_id == m_entryId
-            && m_mode != Mode::Empty) {
-            m_fileStarted = false;
-            m_fileLoaded = false;
-            m_duration = 0;
-            setMode(Mode::Empty);
-            Q_EMIT loadFailed(m_url);
-        }
+        // current file (unreadable, not media) fails the load; so does a
+        // file that turned out to be a list of others, which is not
+        // followed: stopping clears the entries mpv has just taken from it.
+        if (end->playlist_entry_id != m_entryId || m_mode == Mode::Empty || m_mode == Mode::Failed)
+            break;
+        if (end->reason == MPV_END_FILE_REASON_REDIRECT)
+            command(tag(OtherReply, 0), {"stop"});
+        if (end->reason == MPV_END_FILE_REASON_ERROR || end->reason == MPV_END_FILE_REASON_REDIRECT)
+            failLoad();
         break;
     }
     default:
@@ -239,7 +236,7 @@ void MpvPlayer::handleProperty(uint64_t id, const void *data)
         // file that is being replaced.
         if (m_mode == Mode::Loading && !m_fileStarted)
             return;
-        if (m_mode == Mode::Empty)
+        if (m_mode == Mode::Empty || m_mode == Mode::Failed)
             return;
         m_duration = hasDouble && value > 0 ? value : 0.0;
         Q_EMIT durationChanged(m_duration);
@@ -284,8 +281,7 @@ void MpvPlayer::handleReply(uint64_t replyTag, int error, const void *data)
             return;
         const auto *reply = static_cast<const mpv_event_command *>(data);
         if (error < 0 || !reply) {
-            setMode(Mode::Empty);
-            Q_EMIT loadFailed(m_url);
+            failLoad();
             return;
         }
         // loadfile answers with the playlist entry it made; the start, load
@@ -325,7 +321,7 @@ void MpvPlayer::handleReply(uint64_t replyTag, int error, const void *data)
 
 void MpvPlayer::onPlaybackRestart()
 {
-    if (m_mode == Mode::Empty)
+    if (m_mode == Mode::Empty || m_mode == Mode::Failed)
         return;
     if (m_mode == Mode::Loading) {
         if (!m_fileLoaded)
@@ -378,6 +374,7 @@ int MpvPlayer::playState() const
     case Mode::Playing: return Playing;
     case Mode::Paused: return Paused;
     case Mode::Stopped: return Stopped;
+    case Mode::Failed: return Stopped;
     }
     return Undefined;
 }
@@ -416,6 +413,7 @@ double MpvPlayer::currentPosition() const
     switch (m_mode) {
     case Mode::Empty:
     case Mode::Stopped:
+    case Mode::Failed:
         return 0.0;
     case Mode::Loading:
         return m_loadSeek;
@@ -429,14 +427,14 @@ double MpvPlayer::currentPosition() const
 
 QString MpvPlayer::currentPositionString() const
 {
-    if (m_mode == Mode::Empty || m_mode == Mode::Stopped)
+    if (m_mode == Mode::Empty || m_mode == Mode::Stopped || m_mode == Mode::Failed)
         return QString();
     return playerTimeString(currentPosition());
 }
 
 double MpvPlayer::duration() const
 {
-    return m_mode == Mode::Empty ? 0.0 : m_duration;
+    return m_mode == Mode::Empty || m_mode == Mode::Failed ? 0.0 : m_duration;
 }
 
 QString MpvPlayer::durationString() const
@@ -501,12 +499,25 @@ void MpvPlayer::flushSeek()
     if (!m_seekUnsent)
         return;
     m_seekUnsent = false;
-    if (m_mode == Mode::Empty || (m_mode == Mode::Loading && !m_fileLoaded))
+    if (m_mode == Mode::Empty || m_mode == Mode::Failed || (m_mode == Mode::Loading && !m_fileLoaded))
         return;
     m_seekInFlight = true;
     // "absolute" with a negative number would count from the end; targets
-    // are never negative here.
-    command(tag(SeekReply, ++m_seekSerial), {"seek", number(m_seekTarget), "absolute+exact"});
+    // are never negative here. The target goes as a number, not as text
+    // that mpv would parse by the C library's numeric locale.
+    mpv_node args[3];
+    mpv_node_list list{3, args, nullptr};
+    args[0].format = MPV_FORMAT_STRING;
+    args[0].u.string = const_cast<char *>("seek");
+    args[1].format = MPV_FORMAT_DOUBLE;
+    args[1].u.double_ = m_seekTarget;
+    args[2].format = MPV_FORMAT_STRING;
+    args[2].u.string = const_cast<char *>("absolute+exact");
+    mpv_node root;
+    root.format = MPV_FORMAT_NODE_ARRAY;
+    root.u.list = &list;
+    if (m_handle)
+        mpv_command_node_async(m_handle.get(), tag(SeekReply, ++m_seekSerial), &root);
 }
 
 void MpvPlayer::applyLoadIntent()
@@ -575,6 +586,18 @@ void MpvPlayer::unload(const char *how)
     command(tag(OtherReply, 0), {how});
 }
 
+void MpvPlayer::failLoad()
+{
+    m_fileStarted = false;
+    m_fileLoaded = false;
+    m_seekUnsent = false;
+    m_seekInFlight = false;
+    m_duration = 0;
+    m_heldPosition = 0;
+    setMode(Mode::Failed);
+    Q_EMIT loadFailed(m_url);
+}
+
 void MpvPlayer::close()
 {
     if (!m_handle)
@@ -586,6 +609,9 @@ void MpvPlayer::play()
 {
     switch (m_mode) {
     case Mode::Empty:
+        return;
+    case Mode::Failed:
+        setURL(m_url);
         return;
     case Mode::Loading:
         m_loadWantsPause = false;
@@ -617,6 +643,7 @@ void MpvPlayer::pause()
 {
     switch (m_mode) {
     case Mode::Empty:
+    case Mode::Failed:
     case Mode::Paused:
     case Mode::Stopped:
         return;
@@ -644,6 +671,7 @@ void MpvPlayer::stop()
 {
     switch (m_mode) {
     case Mode::Empty:
+    case Mode::Failed:
         return;
     case Mode::Loading:
         m_loadWantsStop = true;
@@ -669,7 +697,7 @@ void MpvPlayer::stop()
 
 void MpvPlayer::setCurrentPosition(double seconds)
 {
-    if (m_mode == Mode::Empty)
+    if (m_mode == Mode::Empty || m_mode == Mode::Failed)
         return;
     // A negative position is the start. (mpv would count a negative
     // absolute seek from the end.)
@@ -740,7 +768,17 @@ QByteArray MpvPlayer::propertyText(const char *name) const
 
 PlayerControl *quillmere_create_player()
 {
-    auto *player = new MpvPlayer(videoPlayerOptions());
+    return quillmere_create_player_with_options(nullptr);
+}
+
+PlayerControl *quillmere_create_player_with_options(const char *const *namesAndValues)
+{
+    // Video stays off until a media window shows it; the caller's options
+    // (a test's audio output) come on top.
+    MpvPlayer::Options options = videoPlayerOptions();
+    for (const char *const *p = namesAndValues; p && p[0] && p[1]; p += 2)
+        options.insert(p[0], p[1]);
+    auto *player = new MpvPlayer(options);
     if (!player->isValid()) {
         delete player;
         return nullptr;

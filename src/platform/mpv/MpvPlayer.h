@@ -35,7 +35,10 @@ struct mpv_event;
 // - 3 and 2 follow the calls play() and pause() at once.
 // - 1 after stop(), or once mpv has played the media to its end (keep-open
 //   holds the file open and paused at the end, with eof-reached set).
-// - 0 with nothing loaded, after close(), or when a file would not load.
+// - 1 also when a file would not load (not media, empty, truncated beyond
+//   use, a playlist): the program then treats it as a stopped file, and a
+//   play tries to load it again.
+// - 0 with nothing loaded, or after close().
 class QM_MPV_EXPORT MpvPlayer : public QObject, public PlayerControl
 {
     Q_OBJECT
@@ -97,7 +100,9 @@ Q_SIGNALS:
     void loadFailed(const QString &path);
 
 private:
-    enum class Mode { Empty, Loading, Playing, Paused, Stopped };
+    // Failed: the file would not load. It reads as stopped, so the window's
+    // end watch returns to its stopped state; play() tries the file again.
+    enum class Mode { Empty, Loading, Playing, Paused, Stopped, Failed };
 
     struct HandleDeleter
     {
@@ -124,6 +129,7 @@ private:
     void sendPause(bool paused);
     void applyLoadIntent();
     void unload(const char *command);
+    void failLoad();
 
     void command(uint64_t tag, std::initializer_list<QByteArray> args);
 
@@ -182,3 +188,5 @@ private:
 // The module's entry point, resolved by name after the module is loaded.
 // Returns a new player owned by the caller, or null when mpv cannot start.
 extern "C" QM_MPV_EXPORT PlayerControl *quillmere_create_player();
+// The same with mpv options: names and values in turn, ended by a null.
+extern "C" QM_MPV_EXPORT PlayerControl *quillmere_create_player_with_options(const char *const *namesAndValues);

@@ -1,0 +1,112 @@
+// Replace All of a common word in a long transcript: the time of the whole
+// loop (search, replacement, the Change event and its undo record) and the
+// peak memory of the process while it runs.
+//
+// Run offscreen: QT_QPA_PLATFORM=offscreen replace_all_bench
+
+#include "editor/FindWindow.h"
+#include "editor/RTB.h"
+#include "editor/UndoHistory.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <cstdio>
+
+namespace {
+
+// About 500 KB of time-stamped turns, one paragraph each, in which every
+// eighth word is "and": about 10,000 of them.
+QString transcript(qsizetype size)
+{
+    static const char *words[] = {"the", "witness", "said", "that", "on", "monday", "morning", "she",
+                                  "went", "to", "office", "found", "door", "already", "open",
+                                  "counsel", "asked", "whether", "anyone", "else", "had", "keys"};
+    QString out;
+    out.reserve(size + 400);
+    unsigned seed = 12345;
+    int turn = 0;
+    int n = 0;
+    while (out.size() < size) {
+        out += QStringLiteral("[%1:%2:%3] Speaker %4: ")
+                   .arg(turn / 3600, 2, 10, QLatin1Char('0'))
+                   .arg(turn / 60 % 60, 2, 10, QLatin1Char('0'))
+                   .arg(turn % 60, 2, 10, QLatin1Char('0'))
+                   .arg(turn % 2 + 1);
+        for (int w = 0; w < 50; ++w, ++n) {
+            seed = seed * 1103515245u + 12345u;
+            out += n % 8 == 7 ? QStringLiteral("and")
+                              : QString::fromLatin1(words[(seed >> 16) % (sizeof words / sizeof *words)]);
+            out += u' ';
+        }
+        out += QStringLiteral("\r\n");
+        turn += 7;
+    }
+    return out;
+}
+
+// A field of /proc/self/status in KiB (VmRSS, VmHWM).
+long statusKiB(const char *field)
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray key = QByteArray(field) + ':';
+    for (const QByteArray &line : f.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(key.size()).trimmed().split(' ').value(0).toLong();
+    }
+    return -1;
+}
+
+// Starts the peak (VmHWM) again from the present size.
+void resetPeak()
+{
+    QFile f(QStringLiteral("/proc/self/clear_refs"));
+    if (f.open(QIODevice::WriteOnly))
+        f.write("5");
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+
+    // The editor's text control with its Change event recording undo, as
+    // in the editor window.
+    RichTextBox rtb;
+    UndoHistory history;
+    rtb.onChange = [&] {
+        if (history.RegistraUndo)
+            history.capture(rtb);
+    };
+    history.RegistraUndo = true;
+    history.capture(rtb);
+    rtb.resize(800, 600);
+    rtb.show();
+
+    const QString text = transcript(500000);
+    const qsizetype expected = text.count(QStringLiteral("and"));
+    rtb.setText(text);
+    rtb.setSelStart(0);
+    QCoreApplication::processEvents();
+
+    const long rssBefore = statusKiB("VmRSS");
+    resetPeak();
+    QElapsedTimer timer;
+    timer.start();
+    const qint32 count = replaceAllFromCaret(rtb, QStringLiteral("and"), QStringLiteral("plus"));
+    const double ms = double(timer.nsecsElapsed()) / 1e6;
+    const long peak = statusKiB("VmHWM");
+
+    std::printf("transcript: %lld characters, %lld hits of \"and\"\n", static_cast<long long>(text.size()),
+                static_cast<long long>(expected));
+    std::printf("replace all: %d replacements in %.0f ms (%.1f us per hit)\n", count, ms, ms * 1000.0 / count);
+    std::printf("memory: %ld KiB before, peak %ld KiB during (+%ld KiB)\n", rssBefore, peak, peak - rssBefore);
+    std::printf("undo history: %lld bytes in records, %lld in its text\n",
+                static_cast<long long>(history.recordBytes()), static_cast<long long>(history.textBytes()));
+    return count == expected ? 0 : 1;
+}
