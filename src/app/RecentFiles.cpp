@@ -6,27 +6,18 @@
 
 namespace RecentFiles {
 
-bool isFreeSlot(const QString &caption)
-{
-    return caption.left(9) == QLatin1String("mnuRecent");
-}
-
 void load(const QString &listFile, QAction *const items[4], QAction *separator, int &mark)
 {
     // A missing file is not read; the mark, shared with the list loaded
     // before, may still show the separator and the items.
     if (const auto lines = TextFile::readLines(listFile)) {
-        // A short file: reading past its end leaves the last line read in
-        // place.
-        QString line;
-        for (int n = 0; n < 4; ++n) {
-            if (n < lines->size())
-                line = lines->at(n);
-            if (!line.isEmpty()) {
-                items[n]->setText(line);
-                mark = 1;
-            }
-        }
+        std::array<QString, 4> captions;
+        for (int n = 0; n < 4; ++n)
+            captions[size_t(n)] = items[n]->text();
+        if (readCaptions(*lines, captions))
+            mark = 1;
+        for (int n = 0; n < 4; ++n)
+            items[n]->setText(captions[size_t(n)]);
     }
     if (mark == 1) {
         separator->setVisible(true);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <array>
 
 class QAction;
 
@@ -10,6 +12,11 @@ class QAction;
 namespace RecentFiles {
 
 bool isFreeSlot(const QString &caption);
+
+// The captions after the lines of a list file are read over them: a short
+// file leaves its last line in place for the slots behind it, and an empty
+// line leaves a slot as it was. True when a non-empty line was read.
+bool readCaptions(const QStringList &lines, std::array<QString, 4> &captions);
 
 // Fills the items from the list file, if there is one. `mark` is shared by the two lists of
 // the program and is set when a non-empty line was read; while it is set
