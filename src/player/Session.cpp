@@ -71,7 +71,7 @@ void Form1::ApriMedia(const QString &path)
     // 9.
     updateRecentMedia(chosen);
 
-    // 10, 11. The bookmark file of the media, by its name (Part 4.1); the
+    // 10, 11. The bookmark file of the media, by its name; the
     // window comes up by itself with the bookmarks read.
     const QString markFile = BookmarkFile::filePath(ctx.programFolder(), Label4->Tag);
     if (QFileInfo(markFile).isFile()) {
