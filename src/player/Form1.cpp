@@ -137,6 +137,7 @@ void Form1::buildSkin()
     cmdRec->onClick = [this] { cmdRec_Click(); };
     Image3->onClick = [this] { Image3_Click(); };
     imgDetta->onClick = [this] { imgDetta_Click(); };
+    Image4->onClick = [this] { Image4_Click(); };
 
     cmdPlay->onMouseMove = [this](int, int, int) { cmdPlay_MouseMove(); };
     cmdIndietro->onMouseMove = [this](int, int, int) { cmdIndietro_MouseMove(); };

@@ -187,6 +187,8 @@ public:
     void mnuMostraNascondi_Click();
     void mnuPrimoPiano_Click();
     void mnuTitoloCompleto_Click();
+    // A click on the logo opens the about box.
+    void Image4_Click() { mnuInfo_Click(); }
     void Form_Resize();
 
     // --- Hover pictures (player/Hover.cpp) ------------------------------------

@@ -84,7 +84,7 @@ TEST(AboutBox, PanelHaltsWithItsEndInViewThenStartsAgainFromBelow)
 {
     TestApp app;
     ASSERT_TRUE(app.start());
-    app.form1().mnuInfo_Click();
+    QTest::mouseClick(app.form1().Image4, Qt::LeftButton); // the logo
     frmInformazioni *about = app.ctx().existingFormInformazioni();
     // Ticks every 10 ms from 2200; the halt at 2235 - 4155 = -1920 lasts 120
     // ticks; past -4155 the panel is below the well again.
