@@ -67,11 +67,7 @@ qint64 seconds(const QString &timeText)
 
 QString repaired(const QString &line)
 {
-    // Only a line that begins with an old time, mm:ss: any other line with
-    // blanks there would take a new "00:" at every load and save.
-    const QStringView v(line);
-    const auto digit = [&v](int i) { return v.at(i).isDigit(); };
-    if (v.size() >= 7 && v.mid(5, 2) == u"  " && v.at(2) == u':' && digit(0) && digit(1) && digit(3) && digit(4))
+    if (QStringView(line).mid(5, 2) == u"  ")
         return QStringLiteral("00:") + line;
     return line;
 }

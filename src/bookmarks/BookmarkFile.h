@@ -53,8 +53,7 @@ QString timeText(const QString &line);
 qint64 seconds(const QString &timeText);
 
 // A line of the old form ("mm:ss", two blanks, name...), told by blanks at
-// its characters 6 and 7 behind a time, gets "00:" in front; any other line
-// is kept.
+// its characters 6 and 7, gets "00:" in front; any other line is kept.
 QString repaired(const QString &line);
 
 // Reading: the file's bytes to the lines of the table, in the file's order,
