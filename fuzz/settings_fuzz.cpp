@@ -13,15 +13,17 @@
 
 namespace {
 
-enum class Kind { Text, Number, Int16 };
+enum class Kind { Text, Position, Seconds, Flag, Int16 };
 
-// How the start-up reads each line: as text kept, as text turned into a
-// number, or as a 16-bit integer at once.
+// How the start-up reads each line and what it keeps: a text; a window
+// position (a number skipped when no position can take it); seconds (text,
+// Val, 16 bits); a mark compared as a number with 1; a 16-bit integer read
+// at once.
 constexpr std::array<Kind, SettingsFile::LineCount> Lines = {
-    Kind::Text, Kind::Text, Kind::Number, Kind::Number, Kind::Number, Kind::Number, Kind::Text,
+    Kind::Text, Kind::Text, Kind::Position, Kind::Seconds, Kind::Seconds, Kind::Flag, Kind::Text,
     Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16,
     Kind::Text, Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16, Kind::Int16,
-    Kind::Number, Kind::Number, Kind::Int16, Kind::Int16, Kind::Int16,
+    Kind::Seconds, Kind::Seconds, Kind::Int16, Kind::Int16, Kind::Int16,
 };
 
 using Values = std::array<QString, SettingsFile::LineCount>;
@@ -35,11 +37,17 @@ Values read(const QStringList &lines)
         case Kind::Text:
             values[size_t(i)] = in.text().value_or(QString()).trimmed();
             break;
-        case Kind::Number: {
-            const double v = Numbers::leadingNumber(in.text().value_or(QString()));
-            values[size_t(i)] = Numbers::numberText(v);
+        case Kind::Position:
+            values[size_t(i)] = Numbers::numberText(
+                Numbers::toInt32(Numbers::leadingNumber(in.text().value_or(QString()))).value_or(0));
             break;
-        }
+        case Kind::Seconds:
+            values[size_t(i)] = QString::number(SettingsFile::valInt16(in.text().value_or(QString())).value_or(0));
+            break;
+        case Kind::Flag:
+            values[size_t(i)] = Numbers::leadingNumber(in.text().value_or(QString())) == 1 ? QStringLiteral("1")
+                                                                                          : QStringLiteral("0");
+            break;
         case Kind::Int16:
             values[size_t(i)] = QString::number(in.int16().value_or(0));
             break;
