@@ -6,6 +6,7 @@
 #include "editor/UndoHistory.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
+#include "recorder/frmAudioRec.h"
 
 #include <QAction>
 #include <QApplication>
@@ -27,11 +28,15 @@ AppContext::AppContext(QString programFolder, Services services, QString command
     , m_undo(std::make_unique<UndoHistory>())
 {
     currentDirectory = QDir::currentPath();
+    if (!m_services.audioInput)
+        m_services.audioInput = std::make_unique<NoAudioInput>();
 }
 
 AppContext::~AppContext()
 {
     // The windows go first: their timers and the player refer to the rest.
+    // A recording still running is finished as a closed window finishes it.
+    m_frmAudioRec.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -54,6 +59,15 @@ Form2 *AppContext::form2()
         m_form2->Form_Load();
     }
     return m_form2.get();
+}
+
+frmAudioRec *AppContext::recorder()
+{
+    if (!m_frmAudioRec)
+        m_frmAudioRec = std::make_unique<frmAudioRec>(*this);
+    if (!m_frmAudioRec->isLoaded())
+        m_frmAudioRec->Form_Load();
+    return m_frmAudioRec.get();
 }
 
 Form3 *AppContext::form3()

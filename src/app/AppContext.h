@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lang/LanguageFile.h"
+#include "platform/AudioInput.h"
 #include "platform/Dialogs.h"
 #include "platform/PlayerControl.h"
 #include "platform/Shell.h"
@@ -17,6 +18,7 @@ class Form1;
 class Form2;
 class Form3;
 class UndoHistory;
+class frmAudioRec;
 class QWidget;
 
 // The platform services the program runs on: real ones in the application,
@@ -28,6 +30,7 @@ struct Services
     std::unique_ptr<Dialogs> dialogs;
     std::unique_ptr<Shell> shell;
     std::unique_ptr<SystemInfo> system;
+    std::unique_ptr<AudioInput> audioInput; // none: every start is refused
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -77,6 +80,9 @@ public:
     Form3 *form3(); // created on first use
     Form3 *existingForm3() const { return m_form3.get(); }
     void unloadForm3();
+    // The recorder: touching it loads it (hidden), with its hook.
+    frmAudioRec *recorder();
+    frmAudioRec *existingRecorder() const { return m_frmAudioRec.get(); }
 
     // Services.
     PlayerControl &player() const { return *m_services.player; }
@@ -84,6 +90,7 @@ public:
     Dialogs &dialogs() const { return *m_services.dialogs; }
     Shell &shell() const { return *m_services.shell; }
     SystemInfo &system() const { return *m_services.system; }
+    AudioInput &audioInput() const { return *m_services.audioInput; }
 
     // Paths below the program folder, with '/' separators.
     const QString &programFolder() const { return m_programFolder; }
@@ -147,6 +154,7 @@ private:
     std::unique_ptr<Form2> m_form2;
     std::unique_ptr<Form3> m_form3;
     std::unique_ptr<Form1> m_form1;
+    std::unique_ptr<frmAudioRec> m_frmAudioRec;
 };
 
 // Every "&" taken out: a menu text shown as plain text.

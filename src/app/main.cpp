@@ -3,6 +3,7 @@
 #include "app/AppContext.h"
 #include "platform/LazyPlayer.h"
 #include "platform/ProcessInfo.h"
+#include "platform/QtAudioInput.h"
 #include "platform/QtServices.h"
 #include "player/Form1.h"
 
@@ -69,6 +70,7 @@ int main(int argc, char **argv)
     services.dialogs = std::make_unique<QtDialogs>();
     services.shell = std::make_unique<QtShell>();
     services.system = std::make_unique<QtSystemInfo>(programFolder);
+    services.audioInput = std::make_unique<QtAudioInput>();
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };

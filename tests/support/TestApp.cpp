@@ -32,6 +32,9 @@ void TestApp::build()
     services.shell = std::move(fakeShell);
     services.system = std::move(fakeSystem);
     services.timers = std::make_unique<VirtualClockTimers>(clock);
+    auto fakeAudio = std::make_unique<FakeAudioInput>();
+    audio = fakeAudio.get();
+    services.audioInput = std::move(fakeAudio);
     m_ctx = std::make_unique<AppContext>(folder.path(), std::move(services), m_commandLine);
     m_ctx->currentDirectory = folder.path();
 }

@@ -3,6 +3,7 @@
 #include "ProgramFolder.h"
 
 #include "app/AppContext.h"
+#include "platform/fake/FakeAudioInput.h"
 #include "platform/fake/FakePlayer.h"
 #include "platform/fake/FakeServices.h"
 #include "platform/fake/VirtualClock.h"
@@ -28,6 +29,7 @@ public:
     FakeDialogs *dialogs = nullptr; // owned by the context
     FakeShell *shell = nullptr;
     FakeSystemInfo *system = nullptr;
+    FakeAudioInput *audio = nullptr;  // owned by the context
 
     // Builds the context (if not yet built) and runs the start-up.
     bool start();
