@@ -33,6 +33,7 @@ QByteArray WaveIn::header(const AudioFormat &format, quint32 dataSize)
     putU16(h, 32, quint16(format.blockAlign()));
     putU16(h, 34, quint16(format.bits));
     h.replace(36, 4, "data");
+    putU32(h, 40, dataSize);
     return h;
 }
 

@@ -99,13 +99,11 @@ void WaveIn::FermaCattura()
     if (!CattureInCorso)
         return;
     m_source.close();
-    // The reset hands every queued buffer back to a window that is no longer
-    // hooked: what they hold is not written.
-    while (!m_queue.empty()) {
-        const int i = m_queue.front();
-        m_queue.pop_front();
-        bufferDone(i);
-    }
+    // The reset hands every queued buffer back after the device is closed:
+    // what they hold is not written.
+    for (int i : m_queue)
+        m_buffers[i].done = true;
+    m_queue.clear();
     if (!HeaderScritto && ConFile)
         ScriviIntestazione();
     if (ConFile)
