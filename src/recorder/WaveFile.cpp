@@ -55,7 +55,7 @@ void WaveIn::ScriviBlocco(const QByteArray *dati)
     BytesScritti += DimBuffer;
     if (!m_fileFailed && BytesScritti - 45 >= m_nextLengths) {
         writeLengths();
-        m_nextLengths += Formato.bytesPerSecond();
+        m_nextLengths += Formato.bytesPerSecond() / 2;
     }
 }
 

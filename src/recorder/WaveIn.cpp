@@ -54,7 +54,7 @@ void WaveIn::AvviaCattura(qint16 canali, qint16 bit, qint32 frequenza, const QSt
         }
         BytesScritti = 45;
         HeaderScritto = false;
-        m_nextLengths = Formato.bytesPerSecond();
+        m_nextLengths = Formato.bytesPerSecond() / 2;
     } else {
         ConFile = false;
     }

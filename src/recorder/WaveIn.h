@@ -18,9 +18,9 @@
 //
 // The file is the only copy of what was said, so beyond the plain writer it
 // keeps a valid header while recording: a header with length 0 at the start
-// and the two length fields brought up to date after about every second of
-// sound. A crash or a killed process leaves a file that plays up to its last
-// second; after a normal stop the header written by `ScriviIntestazione`
+// and the two length fields brought up to date after every half second of
+// sound (two small writes a second). A crash or a killed process leaves a
+// file that plays up to its last half second; after a normal stop the header written by `ScriviIntestazione`
 // makes the file exactly what the plain writer leaves.
 class WaveIn
 {

@@ -1,11 +1,13 @@
 // A recorder with nothing around it, for the test of a killed program:
 // records the default input into the file given, 2 channels, 16 bits,
-// 44100 Hz, says "started" and runs until it is ended.
+// 44100 Hz, says "sound" when the first sound is in the file and runs
+// until it is ended.
 
 #include "platform/QtAudioInput.h"
 #include "recorder/WaveIn.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 #include <cstdio>
 
 int main(int argc, char **argv)
@@ -26,7 +28,15 @@ int main(int argc, char **argv)
         std::printf("refused: %s\n", qPrintable(refusal));
         return 1;
     }
-    std::printf("started\n");
-    std::fflush(stdout);
+    // Says "sound" once the first buffer is in the file.
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &app, [&] {
+        if (engine.ByteRegistrati() > 45) {
+            poll.stop();
+            std::printf("sound\n");
+            std::fflush(stdout);
+        }
+    });
+    poll.start(5);
     return app.exec();
 }

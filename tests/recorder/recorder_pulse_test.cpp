@@ -13,15 +13,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
+#include <vector>
 #include <gtest/gtest.h>
 
 namespace {
 
-bool run(const QString &program, const QStringList &args, int ms = 10000)
+bool sh(const QString &command)
 {
     QProcess p;
-    p.start(program, args);
-    return p.waitForFinished(ms) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    p.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+    return p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
 }
 
 class PulseTest : public ::testing::Test
@@ -31,35 +32,25 @@ protected:
     {
         s_dir = new QTemporaryDir;
         const QString root = s_dir->path();
-        for (const char *name : {"home", "runtime", "pulse-runtime", "pulse-state"})
-            QDir(root).mkpath(QLatin1String(name));
-        qputenv("HOME", QFile::encodeName(root + QStringLiteral("/home")));
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(root + QStringLiteral("/runtime")));
-        qputenv("PULSE_RUNTIME_PATH", QFile::encodeName(root + QStringLiteral("/pulse-runtime")));
-        qputenv("PULSE_STATE_PATH", QFile::encodeName(root + QStringLiteral("/pulse-state")));
+        for (const char *var : {"HOME", "XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH"}) {
+            QDir(root).mkpath(QLatin1String(var));
+            qputenv(var, QFile::encodeName(root + u'/' + QLatin1String(var)));
+        }
         QFile pa(root + QStringLiteral("/server.pa"));
         pa.open(QIODevice::WriteOnly);
         pa.write("load-module module-native-protocol-unix\n"
                  "load-module module-null-sink sink_name=null rate=44100\n"
                  "load-module module-remap-source source_name=mic master=null.monitor\n"
-                 "set-default-sink null\n"
-                 "set-default-source mic\n");
+                 "set-default-sink null\nset-default-source mic\n");
         pa.close();
-        s_up = run(QStringLiteral("pulseaudio"), {QStringLiteral("--daemonize=yes"), QStringLiteral("--exit-idle-time=-1"),
-                                                  QStringLiteral("--disallow-exit"), QStringLiteral("-n"),
-                                                  QStringLiteral("-F"), pa.fileName()})
-               && run(QStringLiteral("pactl"), {QStringLiteral("info")});
         s_tone = root + QStringLiteral("/tone.wav");
-        s_up = s_up && run(QStringLiteral("sox"), {QStringLiteral("-n"), QStringLiteral("-r"), QStringLiteral("44100"),
-                                                   QStringLiteral("-c"), QStringLiteral("2"), QStringLiteral("-b"),
-                                                   QStringLiteral("16"), s_tone, QStringLiteral("synth"),
-                                                   QStringLiteral("30"), QStringLiteral("sine"),
-                                                   QStringLiteral("1000"), QStringLiteral("vol"),
-                                                   QStringLiteral("0.5")});
+        s_up = sh(QStringLiteral("pulseaudio --daemonize=yes --exit-idle-time=-1 --disallow-exit -n -F '%1'"
+                                 " && pactl info && sox -n -r 44100 -c 2 -b 16 '%2' synth 30 sine 1000 vol 0.5")
+                      .arg(pa.fileName(), s_tone));
     }
     static void TearDownTestSuite()
     {
-        run(QStringLiteral("pulseaudio"), {QStringLiteral("--kill")});
+        sh(QStringLiteral("pulseaudio --kill"));
         delete s_dir;
     }
     void SetUp() override
@@ -78,15 +69,11 @@ protected:
         m_player.waitForFinished();
     }
 
-    static QTemporaryDir *s_dir;
-    static bool s_up;
-    static QString s_tone;
+    static inline QTemporaryDir *s_dir = nullptr;
+    static inline bool s_up = false;
+    static inline QString s_tone;
     QProcess m_player;
 };
-
-QTemporaryDir *PulseTest::s_dir = nullptr;
-bool PulseTest::s_up = false;
-QString PulseTest::s_tone;
 
 } // namespace
 
@@ -126,18 +113,27 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
     EXPECT_LE(info.samples, want + 2048);
     EXPECT_LE(want - info.samples, 2048 + 4410) << info.samples << " for " << ms << " ms";
 
-    // The pitch: rising zero crossings of the left channel per second.
+    // The pitch, from the spacing of rising zero crossings of the left
+    // channel; a gap in the played tone (a starved player) is left out.
     const QByteArray data = fileBytes(path).mid(44 + 4 * 4410);
     const auto left = [&](qsizetype frame) { return qint16(quint8(data[4 * frame]) | quint8(data[4 * frame + 1]) << 8); };
-    const qsizetype frames = data.size() / 4 - 1;
-    int rises = 0;
+    std::vector<qsizetype> rises;
     int peak = 0;
-    for (qsizetype i = 1; i < frames; ++i) {
-        rises += left(i - 1) < 0 && left(i) >= 0;
+    for (qsizetype i = 1; i < data.size() / 4 - 1; ++i) {
+        if (left(i - 1) < 0 && left(i) >= 0)
+            rises.push_back(i);
         peak = std::max(peak, std::abs(int(left(i))));
     }
     EXPECT_GT(peak, 8000);
-    EXPECT_NEAR(rises * 44100.0 / frames, 1000.0, 5.0);
+    double sum = 0;
+    int periods = 0;
+    for (size_t k = 1; k < rises.size(); ++k)
+        if (const qsizetype d = rises[k] - rises[k - 1]; d > 30 && d < 60) {
+            sum += double(d);
+            ++periods;
+        }
+    ASSERT_GT(periods, 1000);
+    EXPECT_NEAR(44100.0 * periods / sum, 1000.0, 5.0);
 }
 
 TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
@@ -146,7 +142,7 @@ TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
     QProcess recorder;
     recorder.start(QStringLiteral(QM_RECORDER_HELPER), {path});
     ASSERT_TRUE(recorder.waitForReadyRead(10000));
-    ASSERT_EQ(recorder.readLine().trimmed(), QByteArray("started"));
+    ASSERT_EQ(recorder.readLine().trimmed(), QByteArray("sound"));
     QTest::qWait(3000);
     recorder.kill(); // SIGKILL
     recorder.waitForFinished();
