@@ -98,7 +98,6 @@ QtAudioInput::QtAudioInput()
     m_thread.setObjectName(QStringLiteral("sound capture"));
     m_worker = new CaptureWorker;
     m_worker->moveToThread(&m_thread);
-    QPointer<QtAudioInput> self(this);
     m_worker->onData = [this](int capture, const QByteArray &bytes) {
         QMetaObject::invokeMethod(this, [this, capture, bytes] { received(capture, bytes); }, Qt::QueuedConnection);
     };
