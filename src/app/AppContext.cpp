@@ -10,6 +10,7 @@
 #include "platform/TextFile.h"
 #include "player/Form1.h"
 #include "mediaview/frmMedia.h"
+#include "recorder/frmAudioRec.h"
 
 #include <QApplication>
 #include <QDir>
@@ -31,6 +32,8 @@ AppContext::AppContext(QString programFolder, Services services, QString command
     currentDirectory = QDir::currentPath();
     if (!m_services.printers)
         m_services.printers = std::make_unique<QtPrinterSetup>();
+    if (!m_services.audioInput)
+        m_services.audioInput = std::make_unique<NoAudioInput>();
 }
 
 AppContext::~AppContext()
@@ -40,6 +43,8 @@ AppContext::~AppContext()
     // The windows go first: their timers and the player refer to the rest.
     m_frmInformazioni.reset();
     m_frmMedia.reset();
+    // A recording still running is finished as a closed window finishes it.
+    m_frmAudioRec.reset();
     m_form1.reset();
     m_form3.reset();
     m_form2.reset();
@@ -62,6 +67,15 @@ Form2 *AppContext::form2()
         m_form2->Form_Load();
     }
     return m_form2.get();
+}
+
+frmAudioRec *AppContext::recorder()
+{
+    if (!m_frmAudioRec)
+        m_frmAudioRec = std::make_unique<frmAudioRec>(*this);
+    if (!m_frmAudioRec->isLoaded())
+        m_frmAudioRec->Form_Load();
+    return m_frmAudioRec.get();
 }
 
 Form3 *AppContext::form3()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lang/LanguageFile.h"
+#include "platform/AudioInput.h"
 #include "platform/Dialogs.h"
 #include "platform/MediaBackend.h"
 #include "platform/PlayerControl.h"
@@ -23,6 +24,7 @@ class RecoveryJournal;
 class frmInformazioni;
 class frmMedia;
 class UndoHistory;
+class frmAudioRec;
 class QWidget;
 
 // The platform services the program runs on: real ones in the application,
@@ -38,6 +40,7 @@ struct Services
     // Picture and sound for the media window; none: no media window.
     std::unique_ptr<MediaBackend> media;
     std::unique_ptr<PrinterSetup> printers; // the print system's, when not given
+    std::unique_ptr<AudioInput> audioInput; // none: every start is refused
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -96,6 +99,9 @@ public:
     frmInformazioni *existingFormInformazioni() const { return m_frmInformazioni.get(); }
     void unloadFormInformazioni();
     frmMedia *mediaWindow() const { return m_frmMedia.get(); } // with a media back-end
+    // The recorder: touching it loads it (hidden), with its hook.
+    frmAudioRec *recorder();
+    frmAudioRec *existingRecorder() const { return m_frmAudioRec.get(); }
 
     // Services.
     PlayerControl &player() const { return *m_services.player; }
@@ -105,6 +111,7 @@ public:
     SystemInfo &system() const { return *m_services.system; }
     WebReader *web() const { return m_services.web.get(); }
     PrinterSetup &printers() const { return *m_services.printers; }
+    AudioInput &audioInput() const { return *m_services.audioInput; }
 
     // Paths below the program folder, with '/' separators.
     const QString &programFolder() const { return m_programFolder; }
@@ -175,6 +182,7 @@ private:
     std::unique_ptr<Form1> m_form1;
     std::unique_ptr<RecoveryJournal> m_journal;
     std::unique_ptr<frmMedia> m_frmMedia;
+    std::unique_ptr<frmAudioRec> m_frmAudioRec;
 };
 
 // Every "&" taken out: a menu text shown as plain text.

@@ -4,6 +4,7 @@
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
 #include "platform/ProcessInfo.h"
+#include "platform/QtAudioInput.h"
 #include "platform/QtServices.h"
 #include "platform/QtWebReader.h"
 #include "player/Form1.h"
@@ -76,6 +77,7 @@ int main(int argc, char **argv)
     services.system = std::make_unique<QtSystemInfo>(programFolder);
     services.web = std::make_unique<QtWebReader>();
     services.media = std::make_unique<LazyMediaBackend>(*lazy);
+    services.audioInput = std::make_unique<QtAudioInput>();
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };

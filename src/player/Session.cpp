@@ -8,9 +8,11 @@
 #include "platform/PlayerControl.h"
 #include "platform/TextFile.h"
 #include "player/Form1.h"
+#include "recorder/frmAudioRec.h"
 
 #include <QAction>
 #include <QFileInfo>
+#include <QLineEdit>
 
 namespace {
 
@@ -157,6 +159,6 @@ void Form1::mnuRecent_Click(int index)
 
 QString Form1::recorderTarget() const
 {
-    // No recording is made yet, so no file is being written.
-    return QString();
+    // Reading the recorder's file name loads the recorder, hidden.
+    return ctx.recorder()->txtFile->text();
 }

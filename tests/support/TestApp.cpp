@@ -38,6 +38,9 @@ void TestApp::build()
     auto fakeWeb = std::make_unique<FakeWebReader>();
     web = fakeWeb.get();
     services.web = std::move(fakeWeb);
+    auto fakeAudio = std::make_unique<FakeAudioInput>();
+    audio = fakeAudio.get();
+    services.audioInput = std::move(fakeAudio);
     m_ctx = std::make_unique<AppContext>(folder.path(), std::move(services), m_commandLine);
     m_ctx->currentDirectory = folder.path();
 }

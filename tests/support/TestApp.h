@@ -3,6 +3,7 @@
 #include "ProgramFolder.h"
 
 #include "app/AppContext.h"
+#include "platform/fake/FakeAudioInput.h"
 #include "platform/fake/FakePlayer.h"
 #include "platform/fake/FakeServices.h"
 #include "platform/fake/VirtualClock.h"
@@ -30,6 +31,7 @@ public:
     FakeSystemInfo *system = nullptr;
     FakeWebReader *web = nullptr;
     FakePrinterSetup *printers = nullptr;
+    FakeAudioInput *audio = nullptr;  // owned by the context
 
     // Builds the context (if not yet built) and runs the start-up.
     bool start();

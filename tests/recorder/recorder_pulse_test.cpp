@@ -1,0 +1,153 @@
+// The recorder on a real sound server: a private PulseAudio with a null
+// sink, whose monitor (remapped, so that it is listed as an input) is the
+// default source, and a 1 kHz tone played into the sink.
+
+#include "Soxi.h"
+
+#include "platform/QtAudioInput.h"
+#include "recorder/WaveIn.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cmath>
+#include <vector>
+#include <gtest/gtest.h>
+
+namespace {
+
+bool sh(const QString &command)
+{
+    QProcess p;
+    p.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+    return p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+}
+
+class PulseTest : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        s_dir = new QTemporaryDir;
+        const QString root = s_dir->path();
+        for (const char *var : {"HOME", "XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH"}) {
+            QDir(root).mkpath(QLatin1String(var));
+            qputenv(var, QFile::encodeName(root + u'/' + QLatin1String(var)));
+        }
+        QFile pa(root + QStringLiteral("/server.pa"));
+        pa.open(QIODevice::WriteOnly);
+        pa.write("load-module module-native-protocol-unix\n"
+                 "load-module module-null-sink sink_name=null rate=44100\n"
+                 "load-module module-remap-source source_name=mic master=null.monitor\n"
+                 "set-default-sink null\nset-default-source mic\n");
+        pa.close();
+        s_tone = root + QStringLiteral("/tone.wav");
+        s_up = sh(QStringLiteral("pulseaudio --daemonize=yes --exit-idle-time=-1 --disallow-exit -n -F '%1'"
+                                 " && pactl info && sox -n -r 44100 -c 2 -b 16 '%2' synth 30 sine 1000 vol 0.5")
+                      .arg(pa.fileName(), s_tone));
+    }
+    static void TearDownTestSuite()
+    {
+        sh(QStringLiteral("pulseaudio --kill"));
+        delete s_dir;
+    }
+    void SetUp() override
+    {
+        if (!s_up)
+            GTEST_SKIP() << "no private PulseAudio server could start here";
+        // A low-latency stream wakes the idle sink, which otherwise holds
+        // back the first second or two.
+        m_player.start(QStringLiteral("paplay"), {QStringLiteral("--latency-msec=20"), s_tone});
+        ASSERT_TRUE(m_player.waitForStarted());
+        QTest::qWait(1000);
+    }
+    void TearDown() override
+    {
+        m_player.kill();
+        m_player.waitForFinished();
+    }
+
+    static inline QTemporaryDir *s_dir = nullptr;
+    static inline bool s_up = false;
+    static inline QString s_tone;
+    QProcess m_player;
+};
+
+} // namespace
+
+TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
+{
+    QtAudioInput source;
+    WaveIn engine(source);
+    QString refusal;
+    engine.message = [&](const QString &text, int, const QString &) {
+        refusal = text;
+        return 1;
+    };
+    engine.AggancioCattura(true);
+    const QString path = s_dir->filePath(QStringLiteral("five.wav"));
+    engine.AvviaCattura(2, 16, 44100, path);
+    ASSERT_EQ(refusal, QString());
+    // The length is judged from the first sound on, which the server sends
+    // some milliseconds after the start.
+    QElapsedTimer wait;
+    wait.start();
+    while (engine.ByteRegistrati() == 45 && wait.elapsed() < 3000)
+        QTest::qWait(1);
+    QElapsedTimer since;
+    since.start();
+    QTest::qWait(5000);
+    const qint64 ms = since.elapsed();
+    engine.AggancioCattura(false);
+    engine.FermaCattura();
+
+    const SoxiInfo info = soxi(path);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.bits, 16);
+    // Never more than the time allows, and short of it by no more than the
+    // buffer being filled at the stop and the server's latency (up to 100 ms).
+    const qint64 want = ms * 44100 / 1000;
+    EXPECT_LE(info.samples, want + 2048);
+    EXPECT_LE(want - info.samples, 2048 + 4410) << info.samples << " for " << ms << " ms";
+
+    // The pitch, from the spacing of rising zero crossings of the left
+    // channel; a gap in the played tone (a starved player) is left out.
+    const QByteArray data = fileBytes(path).mid(44 + 4 * 4410);
+    const auto left = [&](qsizetype frame) { return qint16(quint8(data[4 * frame]) | quint8(data[4 * frame + 1]) << 8); };
+    std::vector<qsizetype> rises;
+    int peak = 0;
+    for (qsizetype i = 1; i < data.size() / 4 - 1; ++i) {
+        if (left(i - 1) < 0 && left(i) >= 0)
+            rises.push_back(i);
+        peak = std::max(peak, std::abs(int(left(i))));
+    }
+    EXPECT_GT(peak, 8000);
+    double sum = 0;
+    int periods = 0;
+    for (size_t k = 1; k < rises.size(); ++k)
+        if (const qsizetype d = rises[k] - rises[k - 1]; d > 30 && d < 60) {
+            sum += double(d);
+            ++periods;
+        }
+    ASSERT_GT(periods, 1000);
+    EXPECT_NEAR(44100.0 * periods / sum, 1000.0, 5.0);
+}
+
+TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
+{
+    const QString path = s_dir->filePath(QStringLiteral("killed.wav"));
+    QProcess recorder;
+    recorder.start(QStringLiteral(QM_RECORDER_HELPER), {path});
+    ASSERT_TRUE(recorder.waitForReadyRead(10000));
+    ASSERT_EQ(recorder.readLine().trimmed(), QByteArray("sound"));
+    QTest::qWait(3000);
+    recorder.kill(); // SIGKILL
+    recorder.waitForFinished();
+
+    const SoxiInfo info = soxi(path);
+    ASSERT_TRUE(info.ok);
+    EXPECT_GE(info.samples, 2 * 44100);
+}

@@ -1,0 +1,167 @@
+// The recorder window on the scripted sound source and the virtual clock.
+
+#include "Soxi.h"
+#include "TestApp.h"
+
+#include "player/Form1.h"
+#include "recorder/WaveIn.h"
+#include "recorder/frmAudioRec.h"
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Recorder
+{
+    TestApp app;
+    frmAudioRec *rec = nullptr;
+    QString target;
+
+    Recorder()
+    {
+        app.start();
+        app.form1().mnuRegistra_Click();
+        rec = app.ctx().existingRecorder();
+        rec->now = [this] { return app.clock.now(); };
+        target = app.folder.path() + QStringLiteral("/take.wav");
+    }
+    void click(QPushButton *b) { QTest::mouseClick(b, Qt::LeftButton); }
+    QString L(int n) { return app.ctx().Lingua(n); }
+    // A second of 16-bit stereo 44100 Hz sound at full scale.
+    void second() { app.audio->deliver(QByteArray::fromHex("ff7f0080").repeated(44100)); }
+};
+
+} // namespace
+
+TEST(Recorder, OpeningStopsThePlayerAndProposesTheFirstFreeName)
+{
+    TestApp app;
+    app.start();
+    app.folder.write(QStringLiteral("Rec 01.wav"), "x");
+    app.folder.write(QStringLiteral("Rec 02.wav"), "x");
+    app.form1().ApriMedia(app.mediaFile());
+    app.form1().HoverRec = 1;
+    ASSERT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
+    app.form1().cmdRec_Click();
+
+    frmAudioRec *rec = app.ctx().existingRecorder();
+    ASSERT_NE(rec, nullptr);
+    EXPECT_TRUE(rec->isVisible());
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
+    EXPECT_EQ(app.form1().HoverRec, 0);
+    EXPECT_EQ(app.form1().cmdRec->pictureFile(), app.ctx().filesPath(QStringLiteral("rec.jpg")));
+    EXPECT_EQ(rec->txtFile->text(), app.folder.path() + QStringLiteral("/Rec 03.wav"));
+    EXPECT_EQ(rec->cmbChannels->currentText(), QStringLiteral("2 - stereo"));
+    EXPECT_EQ(rec->cmbFrequency->currentText(), QStringLiteral("44100"));
+    EXPECT_EQ(rec->cmbBits->currentText(), QStringLiteral("16"));
+    for (QWidget *w : std::initializer_list<QWidget *>{rec->txtFile, rec->cmbChannels, rec->cmbFrequency,
+                                                        rec->cmbBits, rec->btnStart, rec->btnStop,
+                                                        rec->picPeakLeft, rec->picPeakRight}) {
+        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(w);
+        ASSERT_NE(a, nullptr);
+        EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+    }
+    EXPECT_NE(QAccessible::queryAccessibleInterface(rec->picPeakLeft)->valueInterface(), nullptr);
+
+    // The file the recorder names is never opened in the player.
+    app.dialogs->answerFile(rec->txtFile->text());
+    app.folder.write(QStringLiteral("Rec 03.wav"), "RIFF");
+    app.form1().mnuApri_Click();
+    EXPECT_NE(app.player->URL(), rec->txtFile->text());
+}
+
+TEST(Recorder, ARecordingRunsPausesAndStopsIntoAFileAnyReaderOpens)
+{
+    Recorder r;
+    r.app.dialogs->answerFile(r.target);
+    r.click(r.rec->btnStart);
+    EXPECT_EQ(r.app.audio->calls, QStringList(QStringLiteral("start 2x16x44100")));
+    EXPECT_EQ(r.rec->btnStart->text(), r.L(8));
+    EXPECT_EQ(r.rec->lblState->text(), r.L(113));
+    EXPECT_EQ(r.rec->lblStateForeColor, 255);
+    EXPECT_FALSE(r.rec->txtFile->isEnabled());
+    EXPECT_TRUE(r.rec->btnStop->isVisible() && r.rec->btnStop->isEnabled());
+
+    for (int s = 0; s < 3; ++s) {
+        r.second();
+        r.app.advance(1000);
+    }
+    EXPECT_EQ(r.rec->lblTime->text(), QStringLiteral("00:00:02")); // whole buffers only
+    EXPECT_EQ(r.rec->lblBytesWritten->text(),
+              QString::number(r.rec->waveIn().ByteRegistrati()) + u' ' + r.L(110));
+    // Full scale: the bar is the well's width less the control's margin.
+    EXPECT_EQ(r.rec->picPeakLeft->value(), frmAudioRec::ScaleWidth - 110);
+    EXPECT_EQ(r.rec->picPeakRight->value(), frmAudioRec::ScaleWidth - 110);
+
+    r.click(r.rec->btnStart); // pause
+    EXPECT_EQ(r.rec->btnStart->text(), u'&' + r.L(112));
+    EXPECT_EQ(r.rec->lblState->text(), r.L(114));
+    EXPECT_EQ(r.rec->lblStateForeColor, 32768);
+    const QString clock = r.rec->lblTime->text();
+    r.second();
+    r.app.advance(1000);
+    EXPECT_EQ(r.rec->lblTime->text(), clock);
+
+    r.click(r.rec->btnStop); // stop while paused
+    EXPECT_EQ(r.app.audio->calls.mid(1), QStringList({QStringLiteral("suspend"), QStringLiteral("resume"),
+                                                       QStringLiteral("close")}));
+    EXPECT_EQ(r.rec->btnStart->text(), u'&' + r.L(111));
+    EXPECT_EQ(r.rec->lblState->text(), QString());
+    EXPECT_TRUE(r.rec->txtFile->isEnabled());
+    const SoxiInfo info = soxi(r.target);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.samples, (fileBytes(r.target).size() - 44) / 4);
+    EXPECT_GE(info.samples, 2 * 44100);
+}
+
+TEST(Recorder, CancelOrRefusingToOverwriteStartsNothing)
+{
+    Recorder r;
+    r.click(r.rec->btnStart); // the dialog is cancelled
+    EXPECT_EQ(r.rec->txtFile->text(), QString());
+    EXPECT_EQ(r.rec->btnStart->text(), r.L(8));
+    r.click(r.rec->btnStart); // now taken for a resume of nothing
+    EXPECT_EQ(r.rec->btnStartTag, QStringLiteral("Pause"));
+    EXPECT_EQ(r.rec->lblState->text(), r.L(113));
+    EXPECT_TRUE(r.app.audio->calls.filter(QStringLiteral("start")).isEmpty());
+
+    Recorder o;
+    o.app.folder.write(QStringLiteral("take.wav"), "mine");
+    o.app.dialogs->answerFile(o.target);
+    o.app.dialogs->msgBoxAnswers.push_back(MsgBox::No);
+    o.click(o.rec->btnStart);
+    ASSERT_EQ(o.app.dialogs->messages.size(), 1);
+    EXPECT_EQ(o.app.dialogs->messages[0].style, 52);
+    EXPECT_EQ(o.rec->txtFile->text(), QString());
+    EXPECT_TRUE(o.app.audio->calls.isEmpty());
+    EXPECT_EQ(o.app.folder.read(QStringLiteral("take.wav")), QByteArray("mine"));
+}
+
+TEST(Recorder, ALostDeviceOrClosingTheWindowFinishesTheFile)
+{
+    Recorder r;
+    r.app.dialogs->answerFile(r.target);
+    r.click(r.rec->btnStart);
+    r.second();
+    r.app.audio->lose(QStringLiteral("Connection terminated"));
+    r.app.advance(10);
+    ASSERT_EQ(r.app.dialogs->messages.size(), 1);
+    EXPECT_EQ(r.app.dialogs->messages[0].text, TogliAmp(r.L(141)));
+    EXPECT_EQ(r.rec->btnStartTag, QString());
+    EXPECT_TRUE(r.rec->waveIn().HeaderScritto);
+
+    Recorder c;
+    c.app.dialogs->answerFile(c.target);
+    c.click(c.rec->btnStart);
+    c.second();
+    c.rec->close();
+    EXPECT_FALSE(c.rec->waveIn().CattureInCorso);
+    EXPECT_EQ(soxi(c.target).samples, (21 * 8192 + 1) / 4);
+}
