@@ -52,123 +52,65 @@ TEST(SmartPlay, TheMenuExplainsTheModeAndLeavesThePlayerAlone)
     }
 }
 
-TEST(SmartPlay, TheButtonSaysNothingAndStartsPlaying)
+TEST(SmartPlay, TheButtonSaysNothingAndStartsPlayingOrWithNoMediaOnlyChangesTheMark)
 {
-    DictationApp d;
-    d.open();
-    d.app.advance(4000);
-    d.f().cmdPlay_Click(); // paused at 2
-    d.player().clearLog();
-
-    d.f().imgDetta_Click();
-    EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
-    EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
-    EXPECT_EQ(d.player().log, QStringList{QStringLiteral("play")});
-    EXPECT_EQ(d.f().cmdPlay->Tag, d.pause());
-    EXPECT_EQ(d.f().Timer5->interval(), 3000);
-    EXPECT_TRUE(d.f().Timer5->enabled());
-    EXPECT_EQ(picture(d), QStringLiteral("detta2.jpg"));
-    EXPECT_EQ(d.settingsLine(23), QStringLiteral("1"));
-    d.app.advance(3000);
-    EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
+    for (const bool media : {true, false}) {
+        SCOPED_TRACE(media ? "paused media" : "no media");
+        DictationApp d;
+        if (media) {
+            d.open();
+            d.app.advance(4000);
+            d.f().cmdPlay_Click(); // paused at 2
+        }
+        d.player().clearLog();
+        d.f().imgDetta_Click();
+        EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
+        EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
+        EXPECT_EQ(d.player().log, media ? QStringList{QStringLiteral("play")} : QStringList());
+        EXPECT_EQ(d.f().cmdPlay->Tag, media ? d.pause() : d.play());
+        EXPECT_EQ(d.f().Timer5->interval(), media ? 3000 : 0);
+        EXPECT_EQ(picture(d), QStringLiteral("detta2.jpg"));
+        EXPECT_EQ(d.settingsLine(23), QStringLiteral("1"));
+    }
 }
 
-TEST(SmartPlay, TheButtonWithNoMediaOnlyChangesTheMarkThePictureAndTheSettings)
+// The pause phase is in the cycle's table; both ways of switching off
+// behave alike.
+TEST(SmartPlay, SwitchingOffPausesAPlayPhaseWithItsStepBack)
 {
-    DictationApp d;
-    ASSERT_FALSE(d.f().cmdPlay->isEnabled());
-    d.player().clearLog();
-    d.f().imgDetta_Click();
-    EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
-    EXPECT_EQ(picture(d), QStringLiteral("detta2.jpg"));
-    EXPECT_EQ(d.settingsLine(23), QStringLiteral("1"));
-    EXPECT_TRUE(d.player().log.isEmpty());
-    EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
-    EXPECT_EQ(d.f().Timer5->interval(), 0);
-    d.f().imgDetta_Click();
-    EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
-    EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
-    EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
-}
-
-TEST(SmartPlay, SwitchingOffPausesAPlayPhaseWithItsStepBackAndLeavesAPauseAsItIs)
-{
-    // Both ways of switching off behave alike.
     const std::function<void(Form1 &)> ways[] = {
         [](Form1 &f) { f.mnuSmartPlay_Click(); },
         [](Form1 &f) { f.imgDetta_Click(); },
     };
     for (const auto &switchOff : ways) {
-        {
-            DictationApp d(Preset{.secIndietro = 2, .tempoPlay = 5, .smartPlay = true});
-            d.open();
-            d.app.advance(4000);
-            d.player().clearLog();
-            switchOff(d.f());
-            EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
-            EXPECT_EQ(d.player().log, (QStringList{QStringLiteral("seek 2"), QStringLiteral("pause")}));
-            EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
-            EXPECT_EQ(d.f().Timer5->interval(), 0);
-            EXPECT_FALSE(d.f().Timer5->enabled());
-            EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
-            EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
-            EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
-        }
-        {
-            DictationApp d(Preset{.secIndietro = 2, .tempoPlay = 5, .smartPlay = true});
-            d.open();
-            d.app.advance(6000); // paused at 3 since 5 s
-            d.player().clearLog();
-            switchOff(d.f());
-            EXPECT_TRUE(d.player().log.isEmpty());
-            EXPECT_DOUBLE_EQ(d.position(), 3.0);
-            EXPECT_EQ(d.f().Timer5->interval(), 0);
-            d.app.advance(20000);
-            EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
-            EXPECT_DOUBLE_EQ(d.position(), 3.0);
-        }
-    }
-}
-
-TEST(SmartPlay, StopAndTheEndOfTheMediaTurnTheModeOffAndSaveIt)
-{
-    {
-        DictationApp d(Preset{.smartPlay = true});
+        DictationApp d(Preset{.secIndietro = 2, .tempoPlay = 5, .smartPlay = true});
         d.open();
-        d.app.advance(1000);
-        d.f().mnuStop_Click();
+        d.app.advance(4000);
+        d.player().clearLog();
+        switchOff(d.f());
         EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
+        EXPECT_EQ(d.player().log, (QStringList{QStringLiteral("seek 2"), QStringLiteral("pause")}));
+        EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
+        EXPECT_FALSE(d.f().Timer5->enabled());
         EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
-        EXPECT_EQ(d.f().Timer5->interval(), 0);
         EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
         EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
-        // A later play does not bring the cycle back.
-        d.f().cmdPlay_Click();
-        d.app.advance(30000);
-        EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
-    }
-    {
-        DictationApp d(Preset{.tempoPlay = 20, .smartPlay = true});
-        d.open(8.0);
-        d.app.advance(7900);
-        ASSERT_TRUE(d.f().mnuSmartPlay->isChecked());
-        d.app.advance(300); // the end at 8 s, seen by the watch within 200 ms
-        EXPECT_EQ(d.player().playState(), PlayerControl::Stopped);
-        EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
-        EXPECT_EQ(d.f().Timer5->interval(), 0);
-        EXPECT_FALSE(d.f().Timer5->enabled());
-        EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
     }
 }
 
-TEST(SmartPlay, NoPlayOnWriteTogglesItsMarkAndSavesIt)
+// The end of the media is in the player's transport tests.
+TEST(SmartPlay, StopTurnsTheModeOffForGood)
 {
-    DictationApp d;
-    EXPECT_FALSE(d.f().mnuNoPlayOnWrite->isChecked());
-    d.f().mnuNoPlayOnWrite->trigger();
-    EXPECT_TRUE(d.f().mnuNoPlayOnWrite->isChecked());
-    EXPECT_EQ(d.settingsLine(25), QStringLiteral("1"));
-    d.f().mnuNoPlayOnWrite->trigger();
-    EXPECT_FALSE(d.f().mnuNoPlayOnWrite->isChecked());
-    EXPECT_EQ(d.settingsLine(25), QStringLiteral("0"));
+    DictationApp d(Preset{.smartPlay = true});
+    d.open();
+    d.app.advance(1000);
+    d.f().mnuStop_Click();
+    EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
+    EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
+    EXPECT_EQ(d.f().Timer5->interval(), 0);
+    EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
+    // A later play does not bring the cycle back.
+    d.f().cmdPlay_Click();
+    d.app.advance(30000);
+    EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
 }
