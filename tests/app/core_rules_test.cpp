@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <optional>
 #include <gtest/gtest.h>
 
 #include "QtPrinters.h"
@@ -27,46 +28,34 @@ TEST(Numbers, LeadingNumberReadsAsFarAsANumberGoes)
 
 TEST(Numbers, SixteenBitConversionRoundsHalfToEvenAndRefusesWhatDoesNotFit)
 {
-    EXPECT_EQ(Numbers::toInt16(2.5), qint16(2));
-    EXPECT_EQ(Numbers::toInt16(3.5), qint16(4));
-    EXPECT_EQ(Numbers::toInt16(-2.5), qint16(-2));
-    EXPECT_EQ(Numbers::toInt16(2.51), qint16(3));
-    EXPECT_EQ(Numbers::toInt16(-32768), qint16(-32768));
-    EXPECT_EQ(Numbers::toInt16(32767.4), qint16(32767));
-    EXPECT_FALSE(Numbers::toInt16(32767.5).has_value()); // rounds to 32768
-    EXPECT_FALSE(Numbers::toInt16(40000).has_value());
+    const std::pair<double, std::optional<qint16>> cases[] = {
+        {2.5, 2},         {3.5, 4},           {-2.5, -2},           {2.51, 3},    {-32768, -32768},
+        {32767.4, 32767}, {32767.5, {}},      {40000, {}},          {qInf(), {}},
+    };
+    for (const auto &[value, want] : cases)
+        EXPECT_EQ(Numbers::toInt16(value), want) << value;
 
     qint16 value = 12;
     EXPECT_FALSE(Numbers::assignInt16(value, 40000));
     EXPECT_EQ(value, 12);
     EXPECT_TRUE(Numbers::assignInt16(value, -3));
     EXPECT_EQ(value, -3);
-
-    EXPECT_EQ(Numbers::leadingNumber(QString(400, u'9')), qInf());
-    EXPECT_FALSE(Numbers::assignInt16(value, Numbers::leadingNumber(QStringLiteral("1e400"))));
-    EXPECT_EQ(value, -3);
-
     EXPECT_EQ(Numbers::multiplyInt16(32, 1000), qint16(32000));
     EXPECT_FALSE(Numbers::multiplyInt16(33, 1000).has_value());
 }
 
-TEST(Numbers, TextFormKeepsFifteenSignificantDigits)
+TEST(Numbers, TextFormsOfNumbersAndPlayerTimes)
 {
-    EXPECT_EQ(Numbers::numberText(1.2000000000000002), QStringLiteral("1.2"));
-    EXPECT_EQ(Numbers::numberText(0.1 + 0.2), QStringLiteral("0.3"));
-    EXPECT_EQ(Numbers::numberText(100), QStringLiteral("100"));
-    EXPECT_EQ(Numbers::numberText(-3), QStringLiteral("-3"));
-    EXPECT_EQ(Numbers::numberText(0.5), QStringLiteral("0.5"));
-    EXPECT_EQ(Numbers::numberText(0), QStringLiteral("0"));
-}
-
-TEST(PlayerTime, MinutesBelowAnHourHoursAbove)
-{
-    EXPECT_EQ(playerTimeString(0), QStringLiteral("00:00"));
-    EXPECT_EQ(playerTimeString(65.9), QStringLiteral("01:05"));
-    EXPECT_EQ(playerTimeString(3599), QStringLiteral("59:59"));
-    EXPECT_EQ(playerTimeString(3723), QStringLiteral("1:02:03"));
-    EXPECT_EQ(playerTimeString(-4), QStringLiteral("00:00"));
+    // Fifteen significant digits, as the settings and the player's log have them.
+    const std::pair<double, const char *> numbers[] = {
+        {1.2000000000000002, "1.2"}, {0.1 + 0.2, "0.3"}, {100, "100"}, {-3, "-3"}, {0.5, "0.5"}, {0, "0"}};
+    for (const auto &[value, want] : numbers)
+        EXPECT_EQ(Numbers::numberText(value), QLatin1String(want)) << value;
+    // Minutes below an hour, hours above.
+    const std::pair<double, const char *> times[] = {
+        {0, "00:00"}, {65.9, "01:05"}, {3599, "59:59"}, {3723, "1:02:03"}, {-4, "00:00"}};
+    for (const auto &[seconds, want] : times)
+        EXPECT_EQ(playerTimeString(seconds), QLatin1String(want)) << seconds;
 }
 
 TEST(TextFile, ReadsEveryLineEndAndFallsBackToASingleByteCodePage)
@@ -125,7 +114,7 @@ TEST(SettingsFieldReader, AQuotedFieldRunsAcrossLinesToTheNextQuote)
     EXPECT_TRUE(in.atEnd());
 }
 
-TEST(SettingsFieldReader, EmptyLinesAreEmptyFields)
+TEST(SettingsFieldReader, EmptyLinesAreEmptyFieldsAndNumbersRound)
 {
     SettingsFieldReader in({QString(), QStringLiteral("1.5"), QStringLiteral("abc")});
     EXPECT_EQ(in.text(), QString());

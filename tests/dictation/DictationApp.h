@@ -13,10 +13,9 @@
 #include "player/Form1.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QApplication>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
@@ -27,12 +26,9 @@ namespace dictation {
 inline const std::map<int, QString> &languageEntries()
 {
     static const std::map<int, QString> entries = {
-        {0, QStringLiteral("Already running")},
         {1, QStringLiteral("Quill&mere")},
         {7, QStringLiteral("Play")},
         {8, QStringLiteral("Pausa")},
-        {20, QStringLiteral("Va bene")},
-        {21, QStringLiteral("Annulla")},
         {31, QStringLiteral("Secondi indietro a ogni pausa:")},
         {32, QStringLiteral("Secondi indietro")},
         {33, QStringLiteral("Il valore &massimo è")},
@@ -41,9 +37,6 @@ inline const std::map<int, QString> &languageEntries()
         {38, QStringLiteral("Vai al secondo:")},
         {39, QStringLiteral("Vai a")},
         {40, QStringLiteral("Il valore &minimo è")},
-        {88, QStringLiteral("Nome del segnalibro:")},
-        {89, QStringLiteral("Segnalibro &già presente")},
-        {93, QStringLiteral("Aggiungi BookMark")},
         {124, QStringLiteral("Play &intelligente")},
         {125, QStringLiteral("Tempo di riproduzione prima della pausa")},
         {126, QStringLiteral("Tempo di pausa prima della riproduzione")},
@@ -78,12 +71,6 @@ struct Preset
 inline void prepareFolder(const ProgramFolder &folder, const Preset &s)
 {
     folder.write(QStringLiteral("Files/Lang/Dictation.lng"), languageFile());
-    // The two looks of the smart play button, which tell the mode on screen.
-    for (const char *name : {"detta.jpg", "detta2.jpg"}) {
-        QImage image(30, 28, QImage::Format_RGB32);
-        image.fill(Qt::darkGray);
-        image.save(folder.file(QStringLiteral("Files/") + QLatin1String(name)), "JPG");
-    }
     folder.setSettingsLine(1, QStringLiteral("Dictation.lng"));
     folder.setSettingsLine(4, QString::number(s.secSalto));
     folder.setSettingsLine(5, QString::number(s.secIndietro));

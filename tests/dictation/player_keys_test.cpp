@@ -1,6 +1,6 @@
 // The keys of the player window, sent as real key events to the active
 // window: every one reaches its menu command, F12 included (which the
-// editor does not have), and Esc quits.
+// editor does not have).
 
 #include "DictationApp.h"
 
@@ -8,24 +8,16 @@
 
 using namespace dictation;
 
-namespace {
-
-void activate(DictationApp &d)
-{
-    d.app.form2().hide();
-    QApplication::setActiveWindow(&d.f());
-    d.f().activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.f()));
-}
-
-} // namespace
-
 TEST(PlayerKeys, EachKeyOfTheTableRunsItsCommand)
 {
     DictationApp d(Preset{.secSalto = 5, .secIndietro = 2, .tempoPlay = 4});
     d.open();
-    activate(d);
+    d.app.form2().hide();
+    QApplication::setActiveWindow(&d.f());
+    d.f().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d.f()));
     d.app.advance(20000);
+    const QString other = d.app.mediaFile(QStringLiteral("second.wav"), 60.0);
 
     struct Row
     {
@@ -67,37 +59,20 @@ TEST(PlayerKeys, EachKeyOfTheTableRunsItsCommand)
              EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
              EXPECT_EQ(d.app.dialogs->messages.size(), 1);
          }},
+        {"Ctrl+O asks for a file and opens it", Qt::Key_O, Qt::ControlModifier,
+         [&] {
+             ASSERT_EQ(d.app.dialogs->fileDialogs.size(), 1);
+             EXPECT_TRUE(d.app.dialogs->fileDialogs[0].open);
+             EXPECT_EQ(d.player().URL(), other);
+             EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
+         }},
     };
+    d.app.dialogs->answerFile(other);
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         QTest::keyClick(&d.f(), Qt::Key(row.key), row.modifiers);
         row.check();
     }
-}
-
-TEST(PlayerKeys, CtrlOAsksForAFileAndOpensIt)
-{
-    DictationApp d;
-    d.open();
-    activate(d);
-    const QString other = d.app.mediaFile(QStringLiteral("second.wav"), 60.0);
-    d.app.dialogs->answerFile(other);
-    QTest::keyClick(&d.f(), Qt::Key_O, Qt::ControlModifier);
-    ASSERT_EQ(d.app.dialogs->fileDialogs.size(), 1);
-    EXPECT_TRUE(d.app.dialogs->fileDialogs[0].open);
-    EXPECT_EQ(d.player().URL(), other);
-    EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
-}
-
-TEST(PlayerKeys, EscQuitsThroughTheExitCommand)
-{
-    DictationApp d;
-    d.open();
-    activate(d);
-    d.ctx().SecSalto = 11; // unsaved until the exit writes the settings
-    QTest::keyClick(&d.f(), Qt::Key_Escape);
-    EXPECT_TRUE(d.ctx().processEnded());
-    EXPECT_EQ(d.settingsLine(4), QStringLiteral("11"));
 }
 
 // With the editor shown, a transport key pressed in the player gives the

@@ -1,7 +1,8 @@
-// The timed play/pause cycle of smart play on the fake player and the
-// virtual clock: every transition of the cycle, the positions of whole
-// cycles, the typing guard, and what hand commands and changed settings do
-// to a running cycle.
+// Smart play on the fake player and the virtual clock: switching it on and
+// off (the menu explains and leaves the player alone, the skin button starts
+// playing, stop turns the mode off for good), every transition of the timed
+// cycle, the positions of whole cycles, the typing guard, and what hand
+// commands and changed settings do to a running cycle.
 
 #include "DictationApp.h"
 
@@ -20,6 +21,12 @@ QStringList log(std::initializer_list<const char *> commands)
     for (const char *c : commands)
         out.append(QString::fromLatin1(c));
     return out;
+}
+
+QString picture(DictationApp &d)
+{
+    const QString file = d.f().imgDetta->pictureFile();
+    return file.mid(file.lastIndexOf(u'/') + 1);
 }
 
 // Smart play on, 3 s of play, 2 s of pause, 2 s back at every pause.
@@ -113,21 +120,14 @@ TEST(TimedCycle, WholeCyclesStepBackAndResumeWhereThePauseLeftOff)
         // A play phase of 3 s from position k - 1, back 2 s: paused at k.
         d.app.advance(2999);
         EXPECT_DOUBLE_EQ(d.position(), k - 1 + 2.999);
-        EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
         d.app.advance(1);
         EXPECT_DOUBLE_EQ(d.position(), k);
-        EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
-        EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
         EXPECT_EQ(d.f().mnuPlay->text(), d.play());
-        EXPECT_EQ(d.f().Timer5->interval(), 1000);
         // The pause holds the place for 1 s, then playing resumes there.
         d.app.advance(999);
         EXPECT_DOUBLE_EQ(d.position(), k);
         d.app.advance(1);
-        EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
-        EXPECT_EQ(d.f().cmdPlay->Tag, d.pause());
         EXPECT_EQ(d.f().mnuPlay->text(), d.pause());
-        EXPECT_EQ(d.f().Timer5->interval(), 3000);
         expected << QStringLiteral("seek %1").arg(k) << QStringLiteral("pause") << QStringLiteral("play");
     }
     EXPECT_EQ(d.player().log, expected);
@@ -186,31 +186,6 @@ TEST(TimedCycle, TheWatchIsIgnoredWhenTypingMayNotHoldTheCycle)
     c.app.advance(500);
     EXPECT_EQ(c.player().playState(), PlayerControl::Paused);
     EXPECT_EQ(c.settingsLine(25), QStringLiteral("0"));
-}
-
-TEST(TimedCycle, AHandPauseEndsTheCycleAndAHandPlayStartsAFullPlayPhase)
-{
-    Cycle c;
-    c.open();
-    c.app.advance(2000);
-    c.f().cmdPlay_Click();
-    c.player().clearLog();
-    c.app.advance(20000);
-    EXPECT_TRUE(c.player().log.isEmpty());
-    EXPECT_EQ(c.player().playState(), PlayerControl::Paused);
-
-    // Into an automatic pause, then play by hand half-way through it: the
-    // wait ends at once and the play phase has its whole length.
-    c.f().cmdPlay_Click();
-    c.app.advance(3000);
-    ASSERT_EQ(c.player().playState(), PlayerControl::Paused);
-    c.app.advance(1000);
-    c.f().cmdPlay_Click();
-    EXPECT_EQ(c.player().playState(), PlayerControl::Playing);
-    c.app.advance(2999);
-    EXPECT_EQ(c.player().playState(), PlayerControl::Playing);
-    c.app.advance(1);
-    EXPECT_EQ(c.player().playState(), PlayerControl::Paused);
 }
 
 TEST(TimedCycle, ANewPauseLengthCountsFromTheNextPauseOn)
@@ -278,4 +253,101 @@ TEST(TimedCycle, NoStepBackWithZeroSeconds)
     d.f().cmdPlay_Click();
     EXPECT_DOUBLE_EQ(d.position(), 4.5);
     EXPECT_EQ(d.player().log, log({"seek 3", "pause", "play", "seek 4.5", "pause"}));
+}
+
+TEST(SmartPlay, TheMenuExplainsTheModeAndLeavesThePlayerAlone)
+{
+    for (const bool playing : {true, false}) {
+        SCOPED_TRACE(playing ? "playing" : "paused");
+        DictationApp d;
+        d.open();
+        d.app.advance(4000);
+        if (!playing)
+            d.f().cmdPlay_Click();
+        d.player().clearLog();
+        const int state = d.player().playState();
+
+        d.f().mnuSmartPlay_Click();
+        EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
+        ASSERT_EQ(d.app.dialogs->messages.size(), 1);
+        EXPECT_EQ(d.app.dialogs->messages[0].text, QStringLiteral("Il player si ferma  torna indietro da solo"));
+        EXPECT_EQ(d.app.dialogs->messages[0].style, 64);
+        EXPECT_EQ(d.app.dialogs->messages[0].title, QStringLiteral("Play intelligente"));
+        EXPECT_TRUE(d.player().log.isEmpty());
+        EXPECT_EQ(d.player().playState(), state);
+        EXPECT_EQ(d.f().Timer5->interval(), 0);
+        EXPECT_EQ(picture(d), QStringLiteral("detta2.jpg"));
+        EXPECT_EQ(d.settingsLine(23), QStringLiteral("1"));
+
+        // Only the next play arms the cycle.
+        d.app.advance(10000);
+        EXPECT_EQ(d.player().playState(), state);
+        if (playing)
+            d.f().cmdPlay_Click();
+        d.f().cmdPlay_Click();
+        EXPECT_EQ(d.f().Timer5->interval(), 3000);
+    }
+}
+
+TEST(SmartPlay, TheButtonSaysNothingAndStartsPlayingOrWithNoMediaOnlyChangesTheMark)
+{
+    for (const bool media : {true, false}) {
+        SCOPED_TRACE(media ? "paused media" : "no media");
+        DictationApp d;
+        if (media) {
+            d.open();
+            d.app.advance(4000);
+            d.f().cmdPlay_Click(); // paused at 2
+        }
+        d.player().clearLog();
+        d.f().imgDetta_Click();
+        EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
+        EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
+        EXPECT_EQ(d.player().log, media ? QStringList{QStringLiteral("play")} : QStringList());
+        EXPECT_EQ(d.f().cmdPlay->Tag, media ? d.pause() : d.play());
+        EXPECT_EQ(d.f().Timer5->interval(), media ? 3000 : 0);
+        EXPECT_EQ(picture(d), QStringLiteral("detta2.jpg"));
+        EXPECT_EQ(d.settingsLine(23), QStringLiteral("1"));
+    }
+}
+
+// The pause phase is in the cycle's table; both ways of switching off
+// behave alike.
+TEST(SmartPlay, SwitchingOffPausesAPlayPhaseWithItsStepBack)
+{
+    const std::function<void(Form1 &)> ways[] = {
+        [](Form1 &f) { f.mnuSmartPlay_Click(); },
+        [](Form1 &f) { f.imgDetta_Click(); },
+    };
+    for (const auto &switchOff : ways) {
+        DictationApp d(Preset{.secIndietro = 2, .tempoPlay = 5, .smartPlay = true});
+        d.open();
+        d.app.advance(4000);
+        d.player().clearLog();
+        switchOff(d.f());
+        EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
+        EXPECT_EQ(d.player().log, (QStringList{QStringLiteral("seek 2"), QStringLiteral("pause")}));
+        EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
+        EXPECT_FALSE(d.f().Timer5->enabled());
+        EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
+        EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
+        EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
+    }
+}
+
+// The end of the media is in the player's transport tests.
+TEST(SmartPlay, StopTurnsTheModeOffForGood)
+{
+    DictationApp d(Preset{.smartPlay = true});
+    d.open();
+    d.app.advance(1000);
+    d.f().mnuStop_Click();
+    EXPECT_FALSE(d.f().mnuSmartPlay->isChecked());
+    EXPECT_EQ(picture(d), QStringLiteral("detta.jpg"));
+    EXPECT_EQ(d.f().Timer5->interval(), 0);
+    EXPECT_EQ(d.settingsLine(23), QStringLiteral("0"));
+    // A later play does not bring the cycle back.
+    d.f().cmdPlay_Click();
+    d.app.advance(30000);
+    EXPECT_EQ(d.player().playState(), PlayerControl::Playing);
 }

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -150,124 +151,73 @@ TEST(LanguageFiles, EachIsUtf8InCrLfLinesNumberedByTheirIndex)
     }
 }
 
-TEST(LanguageFiles, EveryEntryInUseHasItsText)
+// What the program appends, cuts off, compares or reads back from an entry.
+TEST(LanguageFiles, EntriesFitHowTheProgramUsesThem)
 {
-    for (const LangFile &f : langFiles()) {
-        for (int i = 0; i < FileLines; ++i) {
-            if (!unreferenced(i))
-                EXPECT_FALSE(togliAmp(f(i)).trimmed().isEmpty()) << at(f, i);
-        }
-        // The title of the program's own message boxes.
-        EXPECT_EQ(f(1), QStringLiteral("Quillmere")) << at(f, 1);
-        // Read as a boolean that enables the start-up check's command.
-        EXPECT_EQ(f(133), QStringLiteral("True")) << at(f, 133);
-        EXPECT_TRUE(f(128).contains(QStringLiteral("nnn"))) << at(f, 128) << ": the default has no place";
-        EXPECT_TRUE(f(131).contains(QStringLiteral("<BR>"))) << at(f, 131) << ": no paragraph break";
+    using Check = std::function<bool(const QString &)>;
+    const auto endsWith = [](const char *end) { return [end](const QString &e) { return e.endsWith(QLatin1String(end)); }; };
+    const auto notEndingIn = [](const char *ends) {
+        return [ends](const QString &e) { return e.isEmpty() || !QLatin1String(ends).contains(e.back()); };
+    };
+    const auto noAmp = [](const QString &e) { return !e.contains(u'&'); };
+    QList<int> all, used;
+    for (int i = 0; i < FileLines; ++i) {
+        all.append(i);
+        if (!unreferenced(i))
+            used.append(i);
     }
-}
-
-TEST(LanguageFiles, AmpersandsStandOnlyWhereTheyMakeAMnemonic)
-{
-    // Compared with captions that lost their "&" on the way.
-    const QList<int> compared{32, 39, 93, 124, 125, 126};
-    // The program puts its own "&" in front of these.
-    const QList<int> prefixed{15, 111, 112};
-    // Shown as they stand, where an "&" would be seen as such: tool tips,
-    // window captions, labels, dialog titles and filter names, the update
-    // question.
-    const QList<int> plain{22,  23,  25,  26,  27,  41,  52,  55,  76,  77,  78,  79,  96,  97, 100,
-                           104, 105, 106, 107, 110, 113, 114, 118, 120, 121, 122, 123, 131, 132};
-    for (const LangFile &f : langFiles()) {
-        for (const QList<int> *list : {&compared, &prefixed, &plain}) {
-            for (int i : *list)
-                EXPECT_FALSE(f(i).contains(u'&')) << at(f, i);
-        }
-        // The find button is "&" + entry 56: a leading "&" would double.
-        EXPECT_FALSE(f(56).startsWith(u'&')) << at(f, 56);
-        for (int i = 0; i < FileLines; ++i) {
-            const QString &e = f(i);
-            EXPECT_LE(e.count(u'&'), 1) << at(f, i) << ": more than one mnemonic";
-            const qsizetype amp = e.indexOf(u'&');
-            if (amp >= 0)
-                EXPECT_TRUE(amp + 1 < e.size() && e.at(amp + 1).isLetterOrNumber())
-                    << at(f, i) << ": \"&\" marks no letter";
-        }
-    }
-}
-
-TEST(LanguageFiles, EndingsFitWhatTheProgramAppendsOrCutsOff)
-{
-    for (const LangFile &f : langFiles()) {
+    const struct
+    {
+        const char *rule;
+        QList<int> entries;
+        Check holds;
+    } rules[] = {
+        {"has its text", used, [](const QString &e) { return !togliAmp(e).trimmed().isEmpty(); }},
+        {"is the message boxes' title", {1}, [](const QString &e) { return e == QLatin1String("Quillmere"); }},
+        {"enables the start-up check", {133}, [](const QString &e) { return e == QLatin1String("True"); }},
+        {"has the place of the default", {128}, [](const QString &e) { return e.contains(QLatin1String("nnn")); }},
+        {"has a paragraph break", {131}, [](const QString &e) { return e.contains(QLatin1String("<BR>")); }},
         // Commands that open a dialog; the language dialog's title is entry
         // 15 less its last three characters.
-        for (int i : {3, 14, 15, 16, 18, 19, 30, 81})
-            EXPECT_TRUE(f(i).endsWith(QStringLiteral("..."))) << at(f, i);
-        EXPECT_GT(f(15).size(), 3) << at(f, 15);
-        // The program adds the dots itself.
-        for (int i : {59, 104, 125, 126})
-            EXPECT_FALSE(f(i).endsWith(u'.')) << at(f, i);
-        // Sentence beginnings followed by " 60." and the like; the question
-        // followed by " <document>?"; the label followed by ":".
-        for (int i : {33, 40, 75})
-            EXPECT_FALSE(f(i).endsWith(u'.') || f(i).endsWith(u'?')) << at(f, i);
-        EXPECT_FALSE(f(118).endsWith(u':')) << at(f, 118);
-    }
-}
-
-TEST(LanguageFiles, StateWordsAndButtonLettersAreDistinct)
-{
+        {"ends in \"...\"", {3, 14, 15, 16, 18, 19, 30, 81}, endsWith("...")},
+        {"is more than the dots", {15}, [](const QString &e) { return e.size() > 3; }},
+        // The program adds the dots, the " 60." or " <document>?", the ":".
+        {"leaves the dot to the program", {59, 104, 125, 126}, notEndingIn(".")},
+        {"leaves the ending to the program", {33, 40, 75}, notEndingIn(".?")},
+        {"leaves the colon to the program", {118}, notEndingIn(":")},
+        // Compared with captions that lost their "&"; given an "&" by the
+        // program; or shown where an "&" would be seen as such.
+        {"has no \"&\"", {32, 39, 93, 124, 125, 126, 15, 111, 112, 22, 23, 25, 26, 27, 41, 52, 55, 76, 77, 78, 79,
+                          96, 97, 100, 104, 105, 106, 107, 110, 113, 114, 118, 120, 121, 122, 123, 131, 132},
+         noAmp},
+        {"does not begin with \"&\" (the find button adds one)", {56}, [](const QString &e) { return !e.startsWith(u'&'); }},
+        {"is one letter", {90, 115, 91, 92}, [](const QString &e) { return e.size() == 1 && e.at(0).isLetter(); }},
+        {"marks at most one letter with \"&\"", all, [](const QString &e) {
+             const qsizetype amp = e.indexOf(u'&');
+             return e.count(u'&') == 0 || (e.count(u'&') == 1 && amp + 1 < e.size() && e.at(amp + 1).isLetterOrNumber());
+         }},
+    };
+    // Entries read back from captions or told apart by the number dialog:
+    // the play/pause and show/hide words, the style letters, the dialog's
+    // captions.
+    const QList<QList<int>> distinct{{7, 8}, {84, 85}, {86, 116}, {113, 114}, {90, 115, 91, 92}, {93, 32, 39, 124, 35}};
     for (const LangFile &f : langFiles()) {
-        // The player's state and the two show/hide commands are read back
-        // from their captions.
-        EXPECT_NE(f(7), f(8)) << at(f, 7) << " and 8";
-        EXPECT_NE(f(84), f(85)) << at(f, 84) << " and 85";
-        EXPECT_NE(f(86), f(116)) << at(f, 86) << " and 116";
-        EXPECT_NE(f(113), f(114)) << at(f, 113) << " and 114";
-        // Bold, italic, underline, strike-out: one letter each.
-        QStringList letters;
-        for (int i : {90, 115, 91, 92}) {
-            EXPECT_TRUE(f(i).size() == 1 && f(i).at(0).isLetter()) << at(f, i);
-            EXPECT_FALSE(letters.contains(f(i).toCaseFolded())) << at(f, i) << ": the same letter twice";
-            letters.append(f(i).toCaseFolded());
+        for (const auto &rule : rules) {
+            for (int i : rule.entries)
+                EXPECT_TRUE(rule.holds(f(i))) << at(f, i) << " \"" << f(i).toStdString() << "\": " << rule.rule;
         }
-    }
-}
-
-TEST(LanguageFiles, TheNumberDialogTellsEachOfItsJobsApart)
-{
-    enum class Job { Bookmark, SecIndietro, GoTo, TempoPlay, TempoPause, SecSalto };
-    for (const LangFile &f : langFiles()) {
-        // The order in which the dialog's OK finds its job: the caption
-        // against entries 93, 32 and 39 as they stand, then the prompt's
-        // beginning against 125 and 126.
-        const auto jobOf = [&f](const QString &caption, const QString &prompt) {
-            if (caption == f(93))
-                return Job::Bookmark;
-            if (caption == f(32))
-                return Job::SecIndietro;
-            if (caption == f(39))
-                return Job::GoTo;
-            if (prompt.startsWith(f(125)))
-                return Job::TempoPlay;
-            if (prompt.startsWith(f(126)))
-                return Job::TempoPause;
-            return Job::SecSalto;
-        };
-        const auto hint = [&f](const char *value) {
-            return QString(f(128)).replace(QStringLiteral("nnn"), QString::fromLatin1(value));
-        };
-        struct Opening { int caption; QString prompt; Job job; };
-        const Opening openings[] = {
-            {93, togliAmp(f(88)), Job::Bookmark},
-            {32, togliAmp(f(31)), Job::SecIndietro},
-            {39, togliAmp(f(38)), Job::GoTo},
-            {124, togliAmp(f(125) + u' ' + hint("5")), Job::TempoPlay},
-            {124, togliAmp(f(126) + u' ' + hint("3")), Job::TempoPause},
-            {35, togliAmp(f(34)), Job::SecSalto},
-        };
-        for (const Opening &o : openings)
-            EXPECT_EQ(int(jobOf(togliAmp(f(o.caption)), o.prompt)), int(o.job))
-                << at(f, o.caption) << ": the dialog opened with this caption mistakes its job";
+        for (const QList<int> &group : distinct) {
+            for (qsizetype a = 0; a < group.size(); ++a) {
+                for (qsizetype b = a + 1; b < group.size(); ++b)
+                    EXPECT_NE(togliAmp(f(group[a])).toCaseFolded(), togliAmp(f(group[b])).toCaseFolded())
+                        << at(f, group[a]) << " and " << group[b];
+            }
+        }
+        // The number dialog then reads the prompt's beginning.
+        for (int prompt : {88, 31, 38, 34}) {
+            EXPECT_FALSE(togliAmp(f(prompt)).startsWith(f(125)) || togliAmp(f(prompt)).startsWith(f(126)))
+                << at(f, prompt) << ": read as a smart play prompt";
+        }
         EXPECT_FALSE(f(125).startsWith(f(126)) || f(126).startsWith(f(125))) << at(f, 125) << " and 126";
     }
 }
@@ -342,15 +292,9 @@ TEST(LanguageFiles, ASingleByteCopyReadsBackAsTheSameText)
         ASSERT_TRUE(encoder.isValid()) << codec;
         const QByteArray legacy = encoder.encode(QString::fromUtf8(original->bytes));
         ASSERT_FALSE(encoder.hasError()) << "a character that " << codec << " lacks";
-        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString asUtf8 = utf8.decode(legacy);
-        (void)asUtf8;
-        ASSERT_TRUE(utf8.hasError()) << "the copy would pass for UTF-8";
-
         const QString path = dir.filePath(name);
         QFile out(path);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        ASSERT_EQ(out.write(legacy), legacy.size());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(legacy) == legacy.size());
         out.close();
 
         LanguageTable table;

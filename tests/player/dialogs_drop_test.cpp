@@ -36,16 +36,11 @@ TEST(FileDlg, PassesEveryArgumentAndGivesBackTheChoice)
     EXPECT_EQ(filter[2], app.ctx().Lingua(26));
     EXPECT_EQ(filter[3], QStringLiteral("*.*"));
 
-    // The chosen file plays, and the media folder follows the dialog.
+    // The chosen file plays, and the media folder follows the dialog (the
+    // recent list is in its own tests).
     EXPECT_EQ(app.player->URL(), media);
     EXPECT_EQ(app.ctx().CartellaMedia, QFileInfo(media).absolutePath());
     EXPECT_EQ(app.form1().mnuRecent[0]->text(), media);
-    EXPECT_TRUE(app.form1().mnuRecent[0]->isVisible());
-    EXPECT_TRUE(app.form1().mnuRiga->isVisible());
-    EXPECT_EQ(QString::fromUtf8(app.folder.read(QStringLiteral("Files/LastFiles.ini"))).split(QStringLiteral("\r\n")),
-              (QStringList{media, QStringLiteral("mnuRecent1"), QStringLiteral("mnuRecent2"), QStringLiteral("mnuRecent3"), QString()}));
-    // The placeholders moved down stay free slots.
-    EXPECT_FALSE(app.form1().mnuRecent[1]->isVisible());
 }
 
 TEST(FileDlg, CancelGivesTheEmptyTextAndMultiSelectJoinsTheFolder)
@@ -91,17 +86,6 @@ TEST(ApriMedia, CancelLeavesAPlayingFilePausedAndAMissingFileIsReported)
     EXPECT_EQ(app.dialogs->messages.last().title, TogliAmp(app.ctx().Lingua(1)));
     EXPECT_EQ(app.dialogs->messages.last().style, 48);
     EXPECT_EQ(app.player->URL(), media);
-}
-
-TEST(ApriMedia, TheBookmarkFileOfTheMediaIsReadAndOldLinesGetAnHoursField)
-{
-    TestApp app;
-    ASSERT_TRUE(app.start());
-    app.folder.write(QStringLiteral("Bookmarks/memo.wav.bm"), "00:01:05  start\r\n03:25  old mark\r\n");
-    app.form1().ApriMedia(app.mediaFile(QStringLiteral("memo.wav")));
-    EXPECT_EQ(app.ctx().BookMark[0], QStringLiteral("00:01:05  start"));
-    EXPECT_EQ(app.ctx().BookMark[1], QStringLiteral("00:03:25  old mark"));
-    EXPECT_EQ(app.ctx().BookMark[2], QString());
 }
 
 namespace {

@@ -1,4 +1,7 @@
-// The title line, the position text and bar, and the speed commands.
+// The title line, the position text and bar, the speed commands, and the
+// skin's buttons under a real mouse pointer: moves go to the window as the
+// window system delivers them, and the toolkit decides which control gets
+// them.
 
 #include "TestApp.h"
 
@@ -6,6 +9,8 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QFileInfo>
+#include <QTest>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -77,73 +82,74 @@ TEST(Speed, TheRateMovesByTenthsBetweenTheTwoDifferentlyTestedLimits)
     Started s;
     // With no media the commands run all the same and the label appears.
     EXPECT_FALSE(s.f().Label7->isVisible());
-    s.f().mnuAumentaVelocità_Click();
-    EXPECT_DOUBLE_EQ(s.app.player->rate(), 1.1);
-    EXPECT_EQ(s.f().Label7->Caption(), QStringLiteral("1.1 x"));
-    EXPECT_EQ(s.f().Label7->Tag, QStringLiteral("1"));
-
-    s.app.player->setRate(0.6);
-    s.f().mnuDiminuisciVelocità_Click();
-    EXPECT_EQ(s.f().Label7->Caption(), QStringLiteral("0.5 x"));
-    const double low = s.app.player->rate();
-    s.f().mnuDiminuisciVelocità_Click();
-    EXPECT_EQ(s.app.player->rate(), low); // 0.5 - 0.1 is below the limit
-    EXPECT_EQ(s.f().Label7->Caption(), QStringLiteral("0.5 x"));
-
-    s.app.player->setRate(4.9);
-    s.f().mnuAumentaVelocità_Click();
-    EXPECT_EQ(s.app.player->rate(), 4.9); // the present rate is tested
-    s.app.player->setRate(4.8999999);
-    s.f().mnuAumentaVelocità_Click();
-    EXPECT_NEAR(s.app.player->rate(), 4.9999999, 1e-9);
-    EXPECT_EQ(s.f().Label7->Caption(), QStringLiteral("4.99 x"));
-
-    s.app.player->setRate(1.1000000000000002);
-    s.f().mnuAumentaVelocità_Click();
-    EXPECT_EQ(s.f().Label7->Caption(), QStringLiteral("1.2 x"));
+    const struct
+    {
+        double from;
+        bool faster;
+        double want;
+        const char *caption;
+    } rows[] = {
+        {1.0, true, 1.1, "1.1 x"},
+        {0.6, false, 0.5, "0.5 x"},
+        {0.5, false, 0.5, "0.5 x"},             // 0.5 - 0.1 is below the limit
+        {4.9, true, 4.9, nullptr},              // the present rate is tested
+        {4.8999999, true, 4.9999999, "4.99 x"}, // the new rate is not
+        {1.1000000000000002, true, 1.2, "1.2 x"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << row.from << (row.faster ? " faster" : " slower"));
+        s.app.player->setRate(row.from);
+        row.faster ? s.f().mnuAumentaVelocità_Click() : s.f().mnuDiminuisciVelocità_Click();
+        EXPECT_NEAR(s.app.player->rate(), row.want, 1e-9);
+        if (row.caption)
+            EXPECT_EQ(s.f().Label7->Caption(), QLatin1String(row.caption));
+        EXPECT_EQ(s.f().Label7->Tag, QStringLiteral("1"));
+    }
 }
 
-TEST(Speed, StepsAccumulateFromNormalToTheTop)
+TEST(Hover, ButtonsLightUnderThePointerAndTheBareWindowPutsThemBack)
 {
-    Started s;
-    for (int i = 0; i < 60; ++i)
-        s.f().mnuAumentaVelocità_Click();
-    EXPECT_GE(s.app.player->rate(), 4.9);
-    EXPECT_LT(s.app.player->rate(), 5.01);
-    for (int i = 0; i < 60; ++i)
-        s.f().mnuDiminuisciVelocità_Click();
-    EXPECT_GE(s.app.player->rate(), 0.5 - 1e-9);
-    EXPECT_LT(s.app.player->rate(), 0.6);
+    TestApp app;
+    ASSERT_TRUE(app.start());
+    Form1 &f = app.form1();
+    // The transport buttons take the mouse while a file is open.
+    f.ApriMedia(app.mediaFile());
+    f.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&f));
+    const auto picture = [](PictureBox *box) { return QFileInfo(box->pictureFile()).fileName(); };
+    const auto over = [](QWidget *w) { QTest::mouseMove(w, w->rect().center()); };
+    const QPoint rest(f.DettaLeft, f.DettaTop);
+    const auto dettaPlace = [&] { return QPoint(f.imgDetta->Left(), f.imgDetta->Top()); };
+
+    struct Step
+    {
+        QWidget *target;
+        const char *stop, *play;
+        bool dettaShifted;
+    };
+    QWidget *bare = f.centralWidget();
+    const Step steps[] = {
+        {f.cmdStop, "stop2.jpg", "pause.jpg", false},
+        {f.cmdPlay, "stop.jpg", "pause2.jpg", false},
+        // The smart play button jumps instead of lighting; it leaves the
+        // play button as it was.
+        {f.imgDetta, "stop.jpg", "pause2.jpg", true},
+        {bare, "stop.jpg", "pause.jpg", false},
+    };
+    for (const Step &step : steps) {
+        SCOPED_TRACE(step.target->objectName().toStdString());
+        if (step.target == bare)
+            QTest::mouseMove(bare, QPoint(2, 2));
+        else
+            over(step.target);
+        EXPECT_EQ(picture(f.cmdStop), QLatin1String(step.stop));
+        EXPECT_EQ(picture(f.cmdPlay), QLatin1String(step.play));
+        EXPECT_EQ(dettaPlace(), step.dettaShifted ? rest + QPoint(20, 20) : rest);
+    }
 }
 
-TEST(Hover, ButtonsLightUnderTheMouseAndTheSmartPlayButtonJumps)
-{
-    Started s;
-    auto file = [](PictureBox *b) { return b->pictureFile().section(u'/', -1); };
-    s.f().cmdStop_MouseMove();
-    EXPECT_EQ(file(s.f().cmdStop), QStringLiteral("stop2.jpg"));
-    s.f().cmdPlay_MouseMove();
-    EXPECT_EQ(file(s.f().cmdStop), QStringLiteral("stop.jpg"));
-    EXPECT_EQ(file(s.f().cmdPlay), QStringLiteral("play2.jpg"));
-    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 1);
-
-    // F5 with the mouse resting on the button clears the flag, so the next
-    // move lights the picture of the new state.
-    s.f().ApriMedia(s.app.mediaFile());
-    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 0);
-    s.f().cmdPlay_MouseMove();
-    EXPECT_EQ(file(s.f().cmdPlay), QStringLiteral("pause2.jpg"));
-
-    const int top = s.f().imgDetta->Top();
-    s.f().imgDetta_MouseMove();
-    EXPECT_EQ(s.f().imgDetta->Top(), top + 20);
-    s.f().cmdPlay_MouseMove(); // stays shifted
-    EXPECT_EQ(s.f().imgDetta->Top(), top + 20);
-    s.f().Form_MouseMove(); // the bare window brings it back
-    EXPECT_EQ(s.f().imgDetta->Top(), top);
-}
-
-TEST(Hover, AfterAnOpenThePauseButtonShowsUntilTheMouseMovesOverTheWindow)
+// What an open does to a button that the pointer rests on.
+TEST(Hover, AfterAnOpenTheButtonShowsTheNewStateUntilTheMouseMoves)
 {
     Started s;
     s.f().ApriMedia(s.app.mediaFile());
@@ -154,6 +160,15 @@ TEST(Hover, AfterAnOpenThePauseButtonShowsUntilTheMouseMovesOverTheWindow)
     s.f().cmdPlay_Click();
     s.f().cmdPlay_Click();
     EXPECT_TRUE(s.f().cmdPlay->pictureFile().endsWith(QStringLiteral("play.jpg")));
+
+    // An open with the mouse resting on the button clears the flag, so the
+    // next move lights the picture of the new state.
+    s.f().cmdPlay_MouseMove();
+    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 1);
+    s.f().ApriMedia(s.app.mediaFile());
+    EXPECT_EQ(s.app.ctx().FlagHoverSkin, 0);
+    s.f().cmdPlay_MouseMove();
+    EXPECT_TRUE(s.f().cmdPlay->pictureFile().endsWith(QStringLiteral("pause2.jpg")));
 }
 
 TEST(VolumeAndSeekBars, ClicksAtTheEndsOfTheBarsGiveTheLimits)

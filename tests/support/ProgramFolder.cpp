@@ -26,11 +26,6 @@ void copyTree(const QString &from, const QString &to)
 
 } // namespace
 
-QString ProgramFolder::templateDir()
-{
-    return qEnvironmentVariable("QM_PROGRAM_TEMPLATE");
-}
-
 // The copy is taken from the source tree's data folder, not from the built
 // program folder, whose settings file a developer's runs may have changed.
 static QString dataDir()

@@ -26,9 +26,8 @@ public:
     QStringList settingsLines() const;
     void setSettingsLine(int line, const QString &value) const;
 
-    // Folder of the source tree's test data and of the built program.
+    // Folder of the source tree, whose data folder the copy is taken from.
     static QString sourceDir();
-    static QString templateDir();
 
 private:
     QTemporaryDir m_dir;

@@ -14,33 +14,32 @@ TestApp::TestApp(QString commandLine) : m_commandLine(std::move(commandLine))
 
 TestApp::~TestApp() = default;
 
+namespace {
+
+// Hands a fake to the services and keeps a pointer to it.
+template <class Fake, class Slot>
+Fake *put(Slot &slot, std::unique_ptr<Fake> fake)
+{
+    Fake *raw = fake.get();
+    slot = std::move(fake);
+    return raw;
+}
+
+} // namespace
+
 void TestApp::build()
 {
     if (m_ctx)
         return;
     Services services;
-    auto fakePlayer = std::make_unique<FakePlayer>(clock);
-    auto fakeDialogs = std::make_unique<FakeDialogs>();
-    auto fakeShell = std::make_unique<FakeShell>();
-    auto fakeSystem = std::make_unique<FakeSystemInfo>();
-    player = fakePlayer.get();
-    dialogs = fakeDialogs.get();
-    shell = fakeShell.get();
-    system = fakeSystem.get();
-    auto fakePrinters = std::make_unique<FakePrinterSetup>();
-    printers = fakePrinters.get();
-    services.printers = std::move(fakePrinters);
-    services.player = std::move(fakePlayer);
-    services.dialogs = std::move(fakeDialogs);
-    services.shell = std::move(fakeShell);
-    services.system = std::move(fakeSystem);
+    player = put(services.player, std::make_unique<FakePlayer>(clock));
+    dialogs = put(services.dialogs, std::make_unique<FakeDialogs>());
+    shell = put(services.shell, std::make_unique<FakeShell>());
+    system = put(services.system, std::make_unique<FakeSystemInfo>());
+    printers = put(services.printers, std::make_unique<FakePrinterSetup>());
+    web = put(services.web, std::make_unique<FakeWebReader>());
     services.timers = std::make_unique<VirtualClockTimers>(clock);
-    auto fakeWeb = std::make_unique<FakeWebReader>();
-    web = fakeWeb.get();
-    services.web = std::move(fakeWeb);
-    auto fakeAudio = std::make_unique<FakeAudioInput>();
-    audio = fakeAudio.get();
-    services.audioInput = std::move(fakeAudio);
+    audio = put(services.audioInput, std::make_unique<FakeAudioInput>());
     m_ctx = std::make_unique<AppContext>(folder.path(), std::move(services), m_commandLine);
     m_ctx->currentDirectory = folder.path();
 }

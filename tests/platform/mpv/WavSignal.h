@@ -3,7 +3,7 @@
 // Small mono 16-bit WAV files with signals that tell where in the file a
 // stretch of sound comes from, and a reader for raw 16-bit output.
 
-#include <QByteArray>
+#include <QDataStream>
 #include <QFile>
 #include <QString>
 #include <cmath>
@@ -34,44 +34,36 @@ inline std::vector<int16_t> tone(double hz, double seconds, double amplitude = 0
 
 inline bool write(const QString &path, const std::vector<int16_t> &samples)
 {
-    QByteArray out;
-    const auto u32 = [&out](uint32_t v) {
-        for (int i = 0; i < 4; ++i)
-            out.append(char((v >> (8 * i)) & 0xff));
-    };
-    const auto u16 = [&out](uint16_t v) {
-        out.append(char(v & 0xff));
-        out.append(char(v >> 8));
-    };
-    const uint32_t dataBytes = uint32_t(samples.size() * 2);
-    out.append("RIFF");
-    u32(36 + dataBytes);
-    out.append("WAVEfmt ");
-    u32(16);
-    u16(1); // PCM
-    u16(1); // mono
-    u32(Rate);
-    u32(Rate * 2);
-    u16(2);
-    u16(16);
-    out.append("data");
-    u32(dataBytes);
-    for (int16_t s : samples)
-        u16(uint16_t(s));
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(out) == out.size();
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QDataStream out(&file);
+    out.setByteOrder(QDataStream::LittleEndian);
+    const quint32 dataBytes = quint32(samples.size() * 2);
+    out.writeRawData("RIFF", 4);
+    out << quint32(36 + dataBytes);
+    out.writeRawData("WAVEfmt ", 8);
+    // PCM, mono, the rate, bytes per second, bytes per frame, bits.
+    out << quint32(16) << quint16(1) << quint16(1) << quint32(Rate) << quint32(Rate * 2) << quint16(2) << quint16(16);
+    out.writeRawData("data", 4);
+    out << dataBytes;
+    for (int16_t sample : samples)
+        out << qint16(sample);
+    return out.status() == QDataStream::Ok;
 }
 
 // Raw little-endian 16-bit samples (mpv's pcm output without a header).
 inline std::vector<int16_t> readRaw(const QString &path)
 {
     QFile file(path);
+    std::vector<int16_t> samples;
     if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.readAll();
-    std::vector<int16_t> samples(size_t(bytes.size() / 2));
-    for (size_t i = 0; i < samples.size(); ++i)
-        samples[i] = int16_t(uint16_t(uint8_t(bytes[2 * i])) | uint16_t(uint8_t(bytes[2 * i + 1])) << 8);
+        return samples;
+    QDataStream in(&file);
+    in.setByteOrder(QDataStream::LittleEndian);
+    samples.resize(size_t(file.size() / 2));
+    for (int16_t &sample : samples)
+        in >> sample;
     return samples;
 }
 
