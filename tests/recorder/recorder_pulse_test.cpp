@@ -107,10 +107,11 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.rate, 44100);
     EXPECT_EQ(info.bits, 16);
-    // Never more than the time allows, and short of it by no more than the
-    // buffer being filled at the stop and the server's latency (up to 100 ms).
+    // Within a buffer and the server's latency (up to 100 ms) of the time:
+    // the first piece the server sends may carry what it held already, and
+    // the one being filled at the stop is dropped.
     const qint64 want = ms * 44100 / 1000;
-    EXPECT_LE(info.samples, want + 2048);
+    EXPECT_LE(info.samples, want + 2048 + 4410) << info.samples << " for " << ms << " ms";
     EXPECT_LE(want - info.samples, 2048 + 4410) << info.samples << " for " << ms << " ms";
 
     // The pitch, from the spacing of rising zero crossings of the left
