@@ -324,18 +324,13 @@ TEST_F(Selection, APartialParagraphPastedIntoAnEmptyOneBringsItsFormat)
     EXPECT_FALSE(target.begin().blockFormat().hasProperty(QTextFormat::BlockAlignment));
 }
 
-TEST_F(Selection, PasteIsOneUndoStep)
+TEST_F(Selection, PasteIsOneUndoStepAndNothingPastedRemovesTheSelection)
 {
     paste(copy(0, 20));
     target.undo();
     EXPECT_EQ(target.toPlainText(), QStringLiteral("left [] right"));
-}
-
-TEST_F(Selection, CutReplacesTheSelectionWithNothing)
-{
-    const QTextCursor t = paste(QByteArray());
+    EXPECT_EQ(paste(QByteArray()).position(), 5);
     EXPECT_EQ(target.toPlainText(), QStringLiteral("left  right"));
-    EXPECT_EQ(t.position(), 5);
 }
 
 TEST_F(Selection, PastedListParagraphsJoinANewListAndTheTailStaysOutOfIt)
@@ -354,9 +349,9 @@ TEST_F(Selection, PastedListParagraphsJoinANewListAndTheTailStaysOutOfIt)
     EXPECT_EQ(t.position(), 12);
 }
 
-// --- Loading --------------------------------------------------------------
+// --- Loading and plain text -----------------------------------------------
 
-TEST(Load, ReplacesEverythingAndForgetsTheUndoHistory)
+TEST(Load, ReplacesEverythingForgetsTheUndoAndDropsOnlyTheParagraphAfterTheFinalPar)
 {
     QTextDocument doc;
     QTextCursor c(&doc);
@@ -368,24 +363,28 @@ TEST(Load, ReplacesEverythingAndForgetsTheUndoHistory)
     EXPECT_TRUE(doc.isUndoRedoEnabled());
     EXPECT_FALSE(doc.begin().blockFormat().hasProperty(QTextFormat::BlockAlignment));
     EXPECT_FALSE(doc.begin().begin().fragment().charFormat().fontItalic());
+
+    const struct
+    {
+        const char *rtf;
+        const char *text;
+        Qt::Alignment lastAlignment;
+    } loads[] = {
+        {"{\\rtf1 a\\par\\par}", "a\n", {}},
+        {"{\\rtf1 a\\par b}", "a\nb", {}},
+        {"{\\rtf1 \\qc last\\par}", "last", Qt::AlignHCenter},
+        {"{\\rtf1 \\qr no final par}", "no final par", Qt::AlignRight},
+        {"line \xE9\r\nnext", "line \u00e9\nnext", {}}, // plain text
+    };
+    for (const auto &l : loads) {
+        Rtf::load(doc, l.rtf);
+        EXPECT_EQ(doc.toPlainText(), QString::fromUtf8(l.text)) << l.rtf;
+        EXPECT_EQ(doc.lastBlock().blockFormat().alignment() & Qt::AlignHorizontal_Mask,
+                  l.lastAlignment ? l.lastAlignment : Qt::AlignLeft) << l.rtf;
+    }
 }
 
-TEST(Load, OnlyTheEmptyParagraphAfterTheFinalParIsDropped)
-{
-    QTextDocument doc;
-    Rtf::load(doc, "{\\rtf1 a\\par}");
-    EXPECT_EQ(doc.blockCount(), 1);
-    Rtf::load(doc, "{\\rtf1 a\\par\\par}");
-    EXPECT_EQ(doc.blockCount(), 2);
-    Rtf::load(doc, "{\\rtf1 a\\par b}");
-    EXPECT_EQ(doc.toPlainText(), QStringLiteral("a\nb"));
-    Rtf::load(doc, "{\\rtf1 \\qc last\\par}");
-    EXPECT_EQ(doc.lastBlock().blockFormat().alignment(), Qt::AlignHCenter);
-    Rtf::load(doc, "{\\rtf1 \\qr no final par}");
-    EXPECT_EQ(doc.lastBlock().blockFormat().alignment(), Qt::AlignRight);
-}
-
-TEST(Insert, AFinalParInsertsAParagraphBreak)
+TEST(Insert, AFinalParBreaksTheParagraphAndPlainTextTakesTheFormatAtTheCursor)
 {
     QTextDocument doc;
     QTextCursor c(&doc);
@@ -394,49 +393,32 @@ TEST(Insert, AFinalParInsertsAParagraphBreak)
     Rtf::insert(c, "{\\rtf1 a\\par}");
     EXPECT_EQ(doc.toPlainText(), QStringLiteral("xa\ny"));
     EXPECT_EQ(c.position(), 3);
+
+    QTextDocument plain;
+    QTextCursor p(&plain);
+    p.insertText(QStringLiteral("ab"), fmt([](auto &f) { f.setFontWeight(QFont::Bold); }));
+    p.setPosition(1);
+    Rtf::insert(p, "x\r\ny \\rtf {braces}");
+    EXPECT_EQ(plain.toPlainText(), QStringLiteral("ax\ny \\rtf {braces}b"));
+    EXPECT_EQ(p.position(), 18);
+    EXPECT_EQ(p.charFormat().fontWeight(), QFont::Bold);
 }
 
-// --- Plain text ------------------------------------------------------------
-
-TEST(PlainText, RecognisesRtfByItsStartBehindAByteOrderMarkAndBlanks)
+TEST(PlainText, RecognisesRtfByItsStartAndDecodesUtf8OrElseWindows1252)
 {
-    EXPECT_TRUE(Rtf::looksLikeRtf("{\\rtf1\\ansi x}"));
-    EXPECT_TRUE(Rtf::looksLikeRtf("{\\rtf"));
-    EXPECT_TRUE(Rtf::looksLikeRtf(" {\\rtf1 x}"));
-    EXPECT_TRUE(Rtf::looksLikeRtf("\xEF\xBB\xBF\r\n{\\rtf1 x}"));
-    EXPECT_FALSE(Rtf::looksLikeRtf("x{\\rtf1 x}"));
-    EXPECT_FALSE(Rtf::looksLikeRtf("{\\RTF1 x}"));
-    EXPECT_FALSE(Rtf::looksLikeRtf("{\\rt"));
-    EXPECT_FALSE(Rtf::looksLikeRtf(QByteArray()));
-}
-
-TEST(PlainText, DecodesUtf8OrElseWindows1252AndSplitsParagraphs)
-{
-    EXPECT_EQ(Rtf::plainFallbackDecode("caf\xC3\xA9 \xE2\x82\xAC"), QStringLiteral("caf\u00e9 \u20ac"));
-    EXPECT_EQ(Rtf::plainFallbackDecode("caf\xE9 \x80 \x93x\x94"),
-              QStringLiteral("caf\u00e9 \u20ac \u201cx\u201d"));
-    EXPECT_EQ(Rtf::plainFallbackDecode("a\r\nb\rc\nd"), QStringLiteral("a\nb\nc\nd"));
-}
-
-TEST(PlainText, InsertedTextTakesTheFormatAtTheCursor)
-{
-    QTextDocument doc;
-    QTextCursor c(&doc);
-    c.insertText(QStringLiteral("ab"), fmt([](auto &f) { f.setFontWeight(QFont::Bold); }));
-    c.setPosition(1);
-    Rtf::insert(c, "x\r\ny \\rtf {braces}");
-    EXPECT_EQ(doc.toPlainText(), QStringLiteral("ax\ny \\rtf {braces}b"));
-    EXPECT_EQ(doc.blockCount(), 2);
-    EXPECT_EQ(c.position(), 18);
-    EXPECT_EQ(c.charFormat().fontWeight(), QFont::Bold);
-}
-
-TEST(PlainText, LoadOfPlainTextReplacesTheDocument)
-{
-    QTextDocument doc;
-    QTextCursor(&doc).insertText(QStringLiteral("old"));
-    Rtf::load(doc, "line \xE9\r\nnext");
-    EXPECT_EQ(doc.toPlainText(), QStringLiteral("line \u00e9\nnext"));
+    const std::pair<QByteArray, bool> rtf[] = {
+        {"{\\rtf1\\ansi x}", true}, {"{\\rtf", true}, {" {\\rtf1 x}", true}, {"\xEF\xBB\xBF\r\n{\\rtf1 x}", true},
+        {"x{\\rtf1 x}", false}, {"{\\RTF1 x}", false}, {"{\\rt", false}, {QByteArray(), false},
+    };
+    for (const auto &[data, want] : rtf)
+        EXPECT_EQ(Rtf::looksLikeRtf(data), want) << data.constData();
+    const std::pair<QByteArray, QString> plain[] = {
+        {"caf\xC3\xA9 \xE2\x82\xAC", QStringLiteral("caf\u00e9 \u20ac")},
+        {"caf\xE9 \x80 \x93x\x94", QStringLiteral("caf\u00e9 \u20ac \u201cx\u201d")},
+        {"a\r\nb\rc\nd", QStringLiteral("a\nb\nc\nd")},
+    };
+    for (const auto &[data, want] : plain)
+        EXPECT_EQ(Rtf::plainFallbackDecode(data), want) << data.constData();
 }
 
 } // namespace
