@@ -245,13 +245,7 @@ TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
     m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"),
                        fileOf({line("00:00:01", "start"), line("00:00:20", "B"), line("00:00:30", "C")}));
     m.open();
-    struct Step
-    {
-        const char *name;
-        void (Form1::*command)();
-        int row;
-        QStringList seeks;
-    };
+    struct Step { const char *name; void (Form1::*command)(); int row; QStringList seeks; };
     const Step steps[] = {
         {"previous with no row selected", &Form1::mnuBMprecedente_Click, -1, {}},
         {"next selects row 0, at 1 s: no jump", &Form1::mnuBMsuccessivo_Click, 0, {}},
@@ -273,13 +267,7 @@ TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 
 TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
 {
-    struct Row
-    {
-        const char *name;
-        double at;
-        QStringList logBeforeDialog;
-        const char *shown;
-    };
+    struct Row { const char *name; double at; QStringList logBeforeDialog; const char *shown; };
     const Row rows[] = {
         {"at the end", 180, {QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}, "00:00:00  here"},
         {"before the end", 179, {}, "00:02:59  here"},

@@ -21,12 +21,7 @@ namespace {
 class FullSnapshotHistory
 {
 public:
-    struct Record
-    {
-        qint32 SelStart = 0;
-        qint32 TextLen = 0;
-        QString Text;
-    };
+    struct Record { qint32 SelStart = 0; qint32 TextLen = 0; QString Text; };
 
     bool RegistraUndo = false;
     std::vector<Record> ListaUndo;
@@ -283,13 +278,7 @@ void runRandomSession(unsigned seed, bool vague)
 
 TEST(DifferenzaTesto, TakesTheLongerTextsRunEndingBeforeThePosition)
 {
-    struct Case
-    {
-        const char *a;
-        const char *b;
-        qint32 posizione;
-        const char *want;
-    };
+    struct Case { const char *a; const char *b; qint32 posizione; const char *want; };
     const Case cases[] = {
         {"abc", "abxc", 4, "x"},      // an insertion
         {"abxc", "abc", 4, "x"},      // the longer one is found either way

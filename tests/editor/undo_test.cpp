@@ -5,13 +5,7 @@
 
 namespace {
 
-struct Selection
-{
-    QString text;
-    qint32 start;
-    qint32 length;
-    bool operator==(const Selection &) const = default;
-};
+struct Selection { QString text; qint32 start; qint32 length; bool operator==(const Selection &) const = default; };
 
 std::ostream &operator<<(std::ostream &out, const Selection &s)
 {

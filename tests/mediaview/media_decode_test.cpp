@@ -77,13 +77,7 @@ TEST(MediaDecode, TheDecoderTellsSoundPictureAndBrokenFilesApart)
     f.write("not a recording at all");
     f.close();
 
-    struct Row
-    {
-        QString path;
-        DecodeResult result;
-        bool audio;
-        bool video;
-    };
+    struct Row { QString path; DecodeResult result; bool audio; bool video; };
     const Row rows[] = {{tone, DecodeResult::Done, true, false},
                         {film, DecodeResult::NoAudio, false, true},
                         {talkingFilm, DecodeResult::Done, true, true},

@@ -86,11 +86,7 @@ TEST(Video, TheWidgetShowsTheColoursOfTheTestPatternAtTheirPlaces)
         GTEST_SKIP() << "no OpenGL context for mpv's render API";
     player.setURL(film);
 
-    struct Row
-    {
-        QPoint at;
-        QColor want;
-    };
+    struct Row { QPoint at; QColor want; };
     const Row rows[] = {{{80, 45}, Qt::red}, {{240, 45}, Qt::green}, {{80, 135}, Qt::blue}, {{240, 135}, Qt::white}};
     QImage frame;
     // Until the last square has come, or the time is up.

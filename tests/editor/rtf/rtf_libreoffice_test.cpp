@@ -242,11 +242,7 @@ TEST_F(LibreOffice, ItsDocumentsInOtherScriptsAndWithPicturesReadAsItReadsThem)
     const QString frame = QStringLiteral("<draw:frame text:anchor-type=\"as-char\" svg:width=\"0.6in\" "
                                          "svg:height=\"0.4in\"><draw:image><office:binary-data>%1"
                                          "</office:binary-data></draw:image></draw:frame>");
-    const struct
-    {
-        const char *name;
-        QByteArray fodt;
-    } documents[] = {
+    const struct { const char *name; QByteArray fodt; } documents[] = {
         {"ja", flatDocument(QStringLiteral("MS Mincho"), QStringLiteral("ja"),
                             QStringLiteral("<text:p>\u65e5\u672c\u8a9e\u306e\u6587%1</text:p>").arg(west))},
         {"ru", flatDocument(QStringLiteral("Times New Roman"), QStringLiteral("ru"),

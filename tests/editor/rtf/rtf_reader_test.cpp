@@ -37,12 +37,7 @@ QTextCharFormat charAt(const QTextDocument &doc, int position)
     return c.charFormat();
 }
 
-struct TextCase
-{
-    const char *name;
-    QByteArray rtf;
-    QString text;
-};
+struct TextCase { const char *name; QByteArray rtf; QString text; };
 
 const TextCase TextCases[] = {
     {"Destinations", "{\\rtf1{\\info{\\title T}{\\author A}}{\\stylesheet{\\s1 Heading;}}"
@@ -237,11 +232,7 @@ TEST(ReadPictures, PngAndJpegAreShownOthersHoldTheirPlaceAndAllAreWrittenBackAsT
 
 TEST(ReadPictures, ContentTheEditorCannotKeepIsReported)
 {
-    const struct
-    {
-        const char *rtf;
-        bool lost;
-    } cases[] = {
+    const struct { const char *rtf; bool lost; } cases[] = {
         {"{\\rtf1 a\\par b}", false},
         {"{\\rtf1{\\*\\shppict{\\pict\\pngblip 00}}{\\nonshppict{\\pict 00}}}", false},
         {"{\\rtf1{\\stylesheet{\\s1 header;}{\\*\\cs2 footnote reference;}}a}", false},
@@ -313,12 +304,7 @@ void survives(const QByteArray &data, qint64 maxMs = 2000)
 
 TEST(LibreOfficeSamples, TextListsAndFormatsReadAndReadWriteReadIsStable)
 {
-    const struct
-    {
-        const char *name;
-        QString text;
-        const char *lists;
-    } samples[] = {
+    const struct { const char *name; QString text; const char *lists; } samples[] = {
         {"lo_formatting.rtf", QStringLiteral("Plain bold italic underlined struck red Times 16 mono 9\n"
                                              "Centred paragraph\nRight paragraph\nJustified paragraph"), "----"},
         {"lo_lists.rtf", QStringLiteral("Before the lists\nFirst bullet\nSecond bullet\nBetween\n"
@@ -379,11 +365,7 @@ TEST(Hostile, InputEndsQuicklyAndWhatWasReadSavesStably)
     for (qsizetype n = 0; n < full.size(); n += 7)
         survives(full.left(n));
 
-    const struct
-    {
-        QByteArray rtf;
-        QString text;
-    } texts[] = {
+    const struct { QByteArray rtf; QString text; } texts[] = {
         {deep, QStringLiteral("ab")}, // too deep: skipped
         {"{\\rtf1 " + QByteArray(200, '{') + "\\b x" + QByteArray(200, '}') + "}", QStringLiteral("x")},
         {"{\\rtf1 a\\bin2 {}b}", QStringLiteral("ab")}, {"{\\rtf1 a\\bin-5 b}", QStringLiteral("ab")},

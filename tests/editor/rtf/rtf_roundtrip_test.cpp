@@ -35,11 +35,7 @@ void list(QTextCursor &c, QTextListFormat::Style style, int indent = 1)
     c.createList(f);
 }
 
-struct Case
-{
-    const char *name;
-    std::function<void(QTextCursor &)> build;
-};
+struct Case { const char *name; std::function<void(QTextCursor &)> build; };
 
 const Case Cases[] = {
     {"Empty", [](QTextCursor &) {}},
@@ -364,12 +360,7 @@ TEST(Load, ReplacesEverythingForgetsTheUndoAndDropsOnlyTheParagraphAfterTheFinal
     EXPECT_FALSE(doc.begin().blockFormat().hasProperty(QTextFormat::BlockAlignment));
     EXPECT_FALSE(doc.begin().begin().fragment().charFormat().fontItalic());
 
-    const struct
-    {
-        const char *rtf;
-        const char *text;
-        Qt::Alignment lastAlignment;
-    } loads[] = {
+    const struct { const char *rtf; const char *text; Qt::Alignment lastAlignment; } loads[] = {
         {"{\\rtf1 a\\par\\par}", "a\n", {}},
         {"{\\rtf1 a\\par b}", "a\nb", {}},
         {"{\\rtf1 \\qc last\\par}", "last", Qt::AlignHCenter},
