@@ -227,18 +227,6 @@ TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
     EXPECT_EQ(m.app.dialogs->beeps, 3);
 }
 
-TEST(Bookmarks, AnEarlierBookmarkLandsFirstAndTheTableFollowsTheList)
-{
-    Marks m;
-    m.open();
-    m.pauseAt(30);
-    ASSERT_TRUE(m.add(QStringLiteral("late")));
-    m.pauseAt(10);
-    ASSERT_TRUE(m.add(QStringLiteral("early")));
-    EXPECT_EQ(m.window()->List1->rows(), QStringList({QStringLiteral("00:00:10  early"), QStringLiteral("00:00:30  late")}));
-    EXPECT_EQ(m.table(), QStringList({line("00:10", "early"), line("00:30", "late")}));
-}
-
 TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 {
     Marks m;
@@ -344,23 +332,7 @@ TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
     EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 10")});
 }
 
-TEST(Bookmarks, TheExitSavesAndTheWindowUnloadsItselfBy50Ms)
-{
-    Marks m;
-    m.open();
-    m.pauseAt(5);
-    ASSERT_TRUE(m.add(QStringLiteral("five")));
-    m.f().mnuEsci_Click();
-    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf({line("00:05", "five")}));
-    ASSERT_TRUE(m.window());
-    EXPECT_FALSE(m.window()->isVisible());
-    EXPECT_EQ(m.window()->Timer1->interval(), 50);
-    m.app.advance(50);
-    EXPECT_EQ(m.window(), nullptr);
-    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
-}
-
-TEST(Bookmarks, ThreeAddedComeBackAtTheNextStartAndAreSavedByteForByte)
+TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
 {
     QByteArray saved;
     QStringList carried = {QStringLiteral("Files/Quillmere.ini"), QStringLiteral("Files/LastFiles.ini")};
@@ -374,6 +346,11 @@ TEST(Bookmarks, ThreeAddedComeBackAtTheNextStartAndAreSavedByteForByte)
         }
         first.f().mnuEsci_Click();
         saved = first.app.folder.read(first.markFile());
+        // The window hides at once and unloads itself 50 ms later.
+        ASSERT_TRUE(first.window());
+        EXPECT_FALSE(first.window()->isVisible());
+        first.app.advance(50);
+        EXPECT_EQ(first.window(), nullptr);
         carried << first.markFile();
         for (const QString &file : carried)
             folder[file] = first.app.folder.read(file);
