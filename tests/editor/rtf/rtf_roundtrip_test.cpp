@@ -20,6 +20,14 @@ QTextCharFormat fmt(const std::function<void(QTextCharFormat &)> &set)
     return f;
 }
 
+// Runs of text, each in the format its function sets.
+using SetFormat = std::function<void(QTextCharFormat &)>;
+void runs(QTextCursor &c, std::initializer_list<std::pair<const char *, SetFormat>> list)
+{
+    for (const auto &[text, set] : list)
+        c.insertText(QString::fromUtf8(text), fmt(set));
+}
+
 QTextBlockFormat aligned(Qt::Alignment a)
 {
     QTextBlockFormat f;
@@ -47,47 +55,38 @@ const Case Cases[] = {
          c.insertBlock(); // the document ends in an empty paragraph
      }},
     {"CharacterStyles", [](QTextCursor &c) {
-         c.insertText(QStringLiteral("bold "), fmt([](auto &f) { f.setFontWeight(QFont::Bold); }));
-         c.insertText(QStringLiteral("italic "), fmt([](auto &f) { f.setFontItalic(true); }));
-         c.insertText(QStringLiteral("underline "),
-                      fmt([](auto &f) { f.setUnderlineStyle(QTextCharFormat::SingleUnderline); }));
-         c.insertText(QStringLiteral("dotted "),
-                      fmt([](auto &f) { f.setUnderlineStyle(QTextCharFormat::DotLine); }));
-         c.insertText(QStringLiteral("wave "),
-                      fmt([](auto &f) { f.setUnderlineStyle(QTextCharFormat::WaveUnderline); }));
-         c.insertText(QStringLiteral("strike "), fmt([](auto &f) { f.setFontStrikeOut(true); }));
-         c.insertText(QStringLiteral("x"), fmt([](auto &f) {
-                          f.setVerticalAlignment(QTextCharFormat::AlignSuperScript); }));
-         c.insertText(QStringLiteral("y"), fmt([](auto &f) {
-                          f.setVerticalAlignment(QTextCharFormat::AlignSubScript); }));
-         c.insertText(QStringLiteral(" all"), fmt([](auto &f) {
-                          f.setFontWeight(QFont::Bold);
-                          f.setFontItalic(true);
-                          f.setUnderlineStyle(QTextCharFormat::SingleUnderline);
-                          f.setFontStrikeOut(true); }));
-         c.insertText(QStringLiteral(" none"), QTextCharFormat());
+         runs(c, {{"bold ", [](auto &f) { f.setFontWeight(QFont::Bold); }},
+                  {"italic ", [](auto &f) { f.setFontItalic(true); }},
+                  {"underline ", [](auto &f) { f.setUnderlineStyle(QTextCharFormat::SingleUnderline); }},
+                  {"dotted ", [](auto &f) { f.setUnderlineStyle(QTextCharFormat::DotLine); }},
+                  {"wave ", [](auto &f) { f.setUnderlineStyle(QTextCharFormat::WaveUnderline); }},
+                  {"strike ", [](auto &f) { f.setFontStrikeOut(true); }},
+                  {"x", [](auto &f) { f.setVerticalAlignment(QTextCharFormat::AlignSuperScript); }},
+                  {"y", [](auto &f) { f.setVerticalAlignment(QTextCharFormat::AlignSubScript); }},
+                  {" all", [](auto &f) {
+                       f.setFontWeight(QFont::Bold);
+                       f.setFontItalic(true);
+                       f.setUnderlineStyle(QTextCharFormat::SingleUnderline);
+                       f.setFontStrikeOut(true); }},
+                  {" none", [](auto &) {}}});
      }},
     {"FontsAndSizes", [](QTextCursor &c) {
-         c.insertText(QStringLiteral("Times 14 "), fmt([](auto &f) {
-                          f.setFontFamilies({QStringLiteral("Times New Roman")});
-                          f.setFontPointSize(14); }));
-         c.insertText(QStringLiteral("Courier "),
-                      fmt([](auto &f) { f.setFontFamilies({QStringLiteral("Courier New")}); }));
-         c.insertText(QStringLiteral("half point "), fmt([](auto &f) { f.setFontPointSize(10.5); }));
-         // Named although it is the default: stays named.
-         c.insertText(QStringLiteral("Arial named "),
-                      fmt([](auto &f) { f.setFontFamilies({QStringLiteral("Arial")}); }));
-         c.insertText(QStringLiteral("odd;name{x}"),
-                      fmt([](auto &f) { f.setFontFamilies({QStringLiteral("Odd;Name {x}")}); }));
+         runs(c, {{"Times 14 ", [](auto &f) {
+                       f.setFontFamilies({QStringLiteral("Times New Roman")});
+                       f.setFontPointSize(14); }},
+                  {"Courier ", [](auto &f) { f.setFontFamilies({QStringLiteral("Courier New")}); }},
+                  {"half point ", [](auto &f) { f.setFontPointSize(10.5); }},
+                  // Named although it is the default: stays named.
+                  {"Arial named ", [](auto &f) { f.setFontFamilies({QStringLiteral("Arial")}); }},
+                  {"odd;name{x}", [](auto &f) { f.setFontFamilies({QStringLiteral("Odd;Name {x}")}); }}});
      }},
     {"Colours", [](QTextCursor &c) {
-         c.insertText(QStringLiteral("red "), fmt([](auto &f) { f.setForeground(QColor(255, 0, 0)); }));
-         c.insertText(QStringLiteral("black "), fmt([](auto &f) { f.setForeground(QColor(0, 0, 0)); }));
-         c.insertText(QStringLiteral("red again "),
-                      fmt([](auto &f) { f.setForeground(QColor(255, 0, 0)); }));
-         c.insertText(QStringLiteral("on yellow"), fmt([](auto &f) {
-                          f.setForeground(QColor(10, 20, 30));
-                          f.setBackground(QColor(255, 255, 0)); }));
+         runs(c, {{"red ", [](auto &f) { f.setForeground(QColor(255, 0, 0)); }},
+                  {"black ", [](auto &f) { f.setForeground(QColor(0, 0, 0)); }},
+                  {"red again ", [](auto &f) { f.setForeground(QColor(255, 0, 0)); }},
+                  {"on yellow", [](auto &f) {
+                       f.setForeground(QColor(10, 20, 30));
+                       f.setBackground(QColor(255, 255, 0)); }}});
      }},
     {"Alignment", [](QTextCursor &c) {
          c.setBlockFormat(aligned(Qt::AlignLeft));
