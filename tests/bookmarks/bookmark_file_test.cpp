@@ -18,13 +18,7 @@ QString s(const char *text)
 
 TEST(BookmarkFile, ALinePadsBothTimesToEightCharacters)
 {
-    struct Row
-    {
-        const char *position;
-        const char *name;
-        const char *key;
-        const char *time;
-    };
+    struct Row { const char *position; const char *name; const char *key; const char *time; };
     const Row rows[] = {
         {"03:25", "Intro", "00:03:25  Intro", "00:03:25"},
         {"1:03:25", "x", "01:03:25  x", "01:03:25"},
@@ -41,13 +35,7 @@ TEST(BookmarkFile, ALinePadsBothTimesToEightCharacters)
 
 TEST(BookmarkFile, TheReadersTakeTheKeyAndTheTimeFromTheEndOfTheLine)
 {
-    struct Row
-    {
-        QString line;
-        std::optional<QString> listText;
-        QString timeText;
-        qint64 seconds;
-    };
+    struct Row { QString line; std::optional<QString> listText; QString timeText; qint64 seconds; };
     const Row rows[] = {
         {s("00:12:30  Intro") + Tail + s("00:12:30"), s("00:12:30  Intro"), s("00:12:30"), 750},
         {s("01:00:01  ") + Tail + s("01:00:01"), s("01:00:01"), s("01:00:01"), 3601},
@@ -69,12 +57,7 @@ TEST(BookmarkFile, ReadingMendsOldLinesAndStopsAt501)
 {
     const QString oldLine = s("12:30  Intro") + Tail + s("12:30");
     const QString newLine = s("00:00:07  Seven") + Tail + s("00:00:07");
-    struct Row
-    {
-        const char *name;
-        QByteArray bytes;
-        QStringList lines;
-    };
+    struct Row { const char *name; QByteArray bytes; QStringList lines; };
     QByteArray many;
     QStringList first501;
     for (int i = 0; i < 502; ++i) {
@@ -129,11 +112,7 @@ TEST(BookmarkFile, TheFileIsNamedAfterTheMediaFileName)
 TEST(BookmarkFile, ASortedListPutsARowAfterEveryRowThatDoesNotSortAfterIt)
 {
     const QStringList rows = {s("00:00:05  apple"), s("00:00:05  banana"), s("00:01:00  a")};
-    struct Row
-    {
-        const char *text;
-        qsizetype position;
-    };
+    struct Row { const char *text; qsizetype position; };
     const Row inC[] = {
         {"00:00:01  z", 0},      // earlier in time goes first
         {"00:00:05  Apple", 1},  // equal but for case: after the equal row

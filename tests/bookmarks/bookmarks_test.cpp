@@ -227,31 +227,13 @@ TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
     EXPECT_EQ(m.app.dialogs->beeps, 3);
 }
 
-TEST(Bookmarks, AnEarlierBookmarkLandsFirstAndTheTableFollowsTheList)
-{
-    Marks m;
-    m.open();
-    m.pauseAt(30);
-    ASSERT_TRUE(m.add(QStringLiteral("late")));
-    m.pauseAt(10);
-    ASSERT_TRUE(m.add(QStringLiteral("early")));
-    EXPECT_EQ(m.window()->List1->rows(), QStringList({QStringLiteral("00:00:10  early"), QStringLiteral("00:00:30  late")}));
-    EXPECT_EQ(m.table(), QStringList({line("00:10", "early"), line("00:30", "late")}));
-}
-
 TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 {
     Marks m;
     m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"),
                        fileOf({line("00:00:01", "start"), line("00:00:20", "B"), line("00:00:30", "C")}));
     m.open();
-    struct Step
-    {
-        const char *name;
-        void (Form1::*command)();
-        int row;
-        QStringList seeks;
-    };
+    struct Step { const char *name; void (Form1::*command)(); int row; QStringList seeks; };
     const Step steps[] = {
         {"previous with no row selected", &Form1::mnuBMprecedente_Click, -1, {}},
         {"next selects row 0, at 1 s: no jump", &Form1::mnuBMsuccessivo_Click, 0, {}},
@@ -273,13 +255,7 @@ TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 
 TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
 {
-    struct Row
-    {
-        const char *name;
-        double at;
-        QStringList logBeforeDialog;
-        const char *shown;
-    };
+    struct Row { const char *name; double at; QStringList logBeforeDialog; const char *shown; };
     const Row rows[] = {
         {"at the end", 180, {QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}, "00:00:00  here"},
         {"before the end", 179, {}, "00:02:59  here"},
@@ -356,23 +332,7 @@ TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
     EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 10")});
 }
 
-TEST(Bookmarks, TheExitSavesAndTheWindowUnloadsItselfBy50Ms)
-{
-    Marks m;
-    m.open();
-    m.pauseAt(5);
-    ASSERT_TRUE(m.add(QStringLiteral("five")));
-    m.f().mnuEsci_Click();
-    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf({line("00:05", "five")}));
-    ASSERT_TRUE(m.window());
-    EXPECT_FALSE(m.window()->isVisible());
-    EXPECT_EQ(m.window()->Timer1->interval(), 50);
-    m.app.advance(50);
-    EXPECT_EQ(m.window(), nullptr);
-    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
-}
-
-TEST(Bookmarks, ThreeAddedComeBackAtTheNextStartAndAreSavedByteForByte)
+TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
 {
     QByteArray saved;
     QStringList carried = {QStringLiteral("Files/Quillmere.ini"), QStringLiteral("Files/LastFiles.ini")};
@@ -386,6 +346,11 @@ TEST(Bookmarks, ThreeAddedComeBackAtTheNextStartAndAreSavedByteForByte)
         }
         first.f().mnuEsci_Click();
         saved = first.app.folder.read(first.markFile());
+        // The window hides at once and unloads itself 50 ms later.
+        ASSERT_TRUE(first.window());
+        EXPECT_FALSE(first.window()->isVisible());
+        first.app.advance(50);
+        EXPECT_EQ(first.window(), nullptr);
         carried << first.markFile();
         for (const QString &file : carried)
             folder[file] = first.app.folder.read(file);

@@ -112,11 +112,7 @@ TEST(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)
     EXPECT_EQ(editor.RTB->Text(), QStringLiteral("[00:00:00] "));
     EXPECT_EQ(editor.RTB->SelStart(), 11);
 
-    const struct
-    {
-        double at;
-        const char *want;
-    } cases[] = {{3723, "[01:02:03] "}, {65, "[00:01:05] "}, {360000, ""}};
+    const struct { double at; const char *want; } cases[] = {{3723, "[01:02:03] "}, {65, "[00:01:05] "}, {360000, ""}};
     for (const auto &c : cases) {
         app.form1().ApriMedia(app.mediaFile(QStringLiteral("long.wav"), 400000));
         app.player->pause();

@@ -77,11 +77,7 @@ TEST(FindWindow, FindCaptionCarriesTheSearchToTheEndAndBackToTheTop)
 
 TEST(FindWindow, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
 {
-    struct Case
-    {
-        bool wholeWord, matchCase;
-        const char *text, *afterSecondPress, *selection;
-    };
+    struct Case { bool wholeWord, matchCase; const char *text, *afterSecondPress, *selection; };
     // Whole word: the look-ahead is a case-sensitive search of any
     // occurrence ("cats" is found). Match case: it doesn't select.
     const Case cases[] = {
@@ -123,13 +119,7 @@ TEST(FindWindow, ASelectionOfTwoLinesSearchesItsFirstLineAndTheFirstReplacementP
 
 TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
 {
-    struct Case
-    {
-        const char *text;
-        qint32 selStart, selLength;
-        const char *find, *with, *result;
-        qint32 count;
-    };
+    struct Case { const char *text; qint32 selStart, selLength; const char *find, *with, *result; qint32 count; };
     const Case cases[] = {
         {"cat cat cat", 4, 0, "cat", "dog", "cat dog dog", 2}, // before the caret: untouched
         {"xyz abc", 0, 3, "cat", "dog", "dog abc", 1},         // a failed search leaves the selection

@@ -132,13 +132,7 @@ TEST(EditorKeys, CtrlGroupNeedsCtrlAloneAndTheKeyNeverReachesTheText)
 
 TEST(EditorKeys, BoldAndUnderlineLettersFollowTheLanguageFile)
 {
-    const struct
-    {
-        const char *file;
-        Qt::Key bold;
-        Qt::Key underline;
-        Qt::Key other;
-    } languages[] = {
+    const struct { const char *file; Qt::Key bold; Qt::Key underline; Qt::Key other; } languages[] = {
         {"Italiano.LNG", Qt::Key_G, Qt::Key_S, Qt::Key_B},
         {"English.lng", Qt::Key_B, Qt::Key_U, Qt::Key_G},
     };

@@ -1,10 +1,9 @@
 // The rich-text control: units where a line end is CR LF, the change event
-// once per edit, formats read as true, false or mixed, files and search.
+// once per edit, formats read as true, false or mixed, and search. Its files
+// are tested through the editor's commands.
 
 #include "editor/RTB.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 #include <random>
@@ -104,39 +103,9 @@ TEST(RichTextBox, FormatsReadMixedAndSizesStepFromTheCaret)
     rtb.setSelFontSize(0); // refused
     EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(13));
     EXPECT_EQ(rtb.SelBullet(), std::optional<bool>(false));
-}
-
-TEST(RichTextBox, FilesAreWrittenAsRtfAndForeignTextLoadsPlain)
-{
-    QTemporaryDir dir;
-    RichTextBox rtb;
-    int changes = 0;
-    rtb.onChange = [&changes] { ++changes; };
-    rtb.setText(QStringLiteral("first\r\nsecond"));
-    const QString path = dir.filePath(QStringLiteral("doc.txt"));
-    ASSERT_TRUE(rtb.SaveFile(path));
-    QFile saved(path);
-    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(saved.readAll().startsWith("{\\rtf"));
-
-    rtb.setText(QStringLiteral("other"));
-    changes = 0;
-    ASSERT_TRUE(rtb.LoadFile(path));
-    EXPECT_EQ(rtb.Text(), QStringLiteral("first\r\nsecond"));
-    EXPECT_EQ(rtb.SelStart(), 0);
-    EXPECT_EQ(changes, 1);
-
-    const QString foreign = dir.filePath(QStringLiteral("plain.txt"));
-    QFile out(foreign);
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    out.write("caf\xe9\nline {\\b no}");
-    out.close();
-    ASSERT_TRUE(rtb.LoadFile(foreign));
-    EXPECT_EQ(rtb.Text(), QStringLiteral("café\r\nline {\\b no}"));
-    EXPECT_FALSE(rtb.LoadFile(dir.filePath(QStringLiteral("missing"))));
-    EXPECT_EQ(rtb.Text(), QStringLiteral("café\r\nline {\\b no}"));
 
     // Search: from the caret, whole words, case, without highlight.
+    rtb.setText(QStringLiteral("café\r\nline {\\b no}"));
     EXPECT_EQ(rtb.Find(QStringLiteral("LINE"), 0), 6);
     EXPECT_EQ(rtb.SelStart(), 6);
     EXPECT_EQ(rtb.Find(QStringLiteral("LINE"), 0, 4), -1);

@@ -1,22 +1,11 @@
-// Undo and redo in the editor: the documented cases through real typing,
-// and the compact history against full snapshots on the real control.
+// Undo and redo in the editor: the documented cases through real typing.
+// The history's equivalence with its model is in undo_history_test.
 
 #include "EditorTestSupport.h"
-#include "UndoReference.h"
-
-#include "editor/UndoHistory.h"
-
-#include <random>
 
 namespace {
 
-struct Selection
-{
-    QString text;
-    qint32 start;
-    qint32 length;
-    bool operator==(const Selection &) const = default;
-};
+struct Selection { QString text; qint32 start; qint32 length; bool operator==(const Selection &) const = default; };
 
 std::ostream &operator<<(std::ostream &out, const Selection &s)
 {
@@ -116,60 +105,4 @@ TEST(EditorUndo, NewIsARecordedChangeAndFormattingIsNot)
     EXPECT_EQ(rtb->Text(), QString());
     editor.mnuAnnulla_Click();
     EXPECT_EQ(state(rtb), (Selection{QStringLiteral("ab"), 0, 2}));
-}
-
-TEST(EditorUndo, CompactHistoryMatchesFullSnapshotsOnTheRealControl)
-{
-    RichTextBox compactBox;
-    RichTextBox referenceBox;
-    UndoHistory compact;
-    FullSnapshotHistory reference;
-    compactBox.onChange = [&] {
-        if (compact.RegistraUndo)
-            compact.capture(compactBox);
-    };
-    referenceBox.onChange = [&] {
-        if (reference.RegistraUndo)
-            reference.capture(referenceBox);
-    };
-    compact.RegistraUndo = reference.RegistraUndo = true;
-    compact.capture(compactBox);
-    reference.capture(referenceBox);
-
-    std::mt19937 rng(7);
-    auto pick = [&rng](int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); };
-    const QString pieces[] = {QStringLiteral("a"), QStringLiteral("\r\n"), QStringLiteral("word "),
-                              QStringLiteral("\n"), QStringLiteral("zz")};
-    for (int step = 0; step < 600; ++step) {
-        const int length = compactBox.textLength();
-        const int start = pick(0, length);
-        const int selection = pick(0, std::min(6, length - start));
-        const int action = pick(0, 9);
-        for (RichTextBox *box : {&compactBox, &referenceBox}) {
-            box->setSelStart(start);
-            box->setSelLength(selection);
-        }
-        QString text;
-        for (int i = pick(0, 3); i > 0; --i)
-            text += pieces[pick(0, 4)];
-        for (RichTextBox *box : {&compactBox, &referenceBox}) {
-            switch (action) {
-            case 0: case 1: case 2: box->setSelText(text); break;
-            case 3: box->setSelText(QString(box->SelLength(), u'q')); break;
-            case 4: box->setSelRTF(QStringLiteral("{\\rtf1\\ansi x\\par y}")); break;
-            case 5: if (step % 40 == 0) box->setText(text); break;
-            default: break;
-            }
-        }
-        if (action >= 6 && action <= 7) {
-            compact.EseguiUndo(compactBox);
-            reference.EseguiUndo(referenceBox);
-        } else if (action >= 8) {
-            compact.EseguiRedo(compactBox);
-            reference.EseguiRedo(referenceBox);
-        }
-        ASSERT_EQ(state(&compactBox), state(&referenceBox)) << "step " << step;
-        ASSERT_EQ(compact.ListaUndo.size(), reference.ListaUndo.size()) << "step " << step;
-        ASSERT_EQ(compact.lastText(), reference.ListaUndo.back().Text) << "step " << step;
-    }
 }

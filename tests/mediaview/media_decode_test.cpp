@@ -1,18 +1,65 @@
-// The waveform's sound through FFmpeg, and libmpv decoding no video while no
-// window shows it; on media made by ffmpeg.
+// Media made by ffmpeg at test time through the real back-ends: the
+// waveform's sound through FFmpeg, libmpv decoding no video while no window
+// shows it, and the picture through mpv's render API in the OpenGL widget,
+// on a private Xvfb with Mesa's software OpenGL (the test runs itself again
+// there).
 
-#include "MediaFiles.h"
 #include "WaitFor.h"
 
 #include "platform/mpv/MpvMedia.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <optional>
 
 namespace {
+
+// Media made by ffmpeg for a test; false when ffmpeg is missing or fails.
+inline bool makeMedia(const QString &path, const QStringList &inputAndOptions)
+{
+    const QString ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    if (ffmpeg.isEmpty())
+        return false;
+    QProcess p;
+    p.start(ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + inputAndOptions
+                        + QStringList{path});
+    return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+}
+
+// One second of silence, one of a 1 kHz tone at half of full scale, one of
+// silence.
+inline QStringList toneBetweenSilences()
+{
+    return {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+            QStringLiteral("aevalsrc=if(between(t\\,1\\,2)\\,0.5*sin(2*PI*1000*t)\\,0):s=44100:d=3")};
+}
+
+// Two seconds of video in four squares of known colours, red, green / blue,
+// white, tagged BT.709 so that the colours come back as they went in.
+inline QStringList fourColours(bool withSound)
+{
+    QStringList args;
+    if (withSound)
+        args += {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-t"), QStringLiteral("2"),
+                 QStringLiteral("-i"), QStringLiteral("sine=frequency=440"), QStringLiteral("-map"), QStringLiteral("0:a")};
+    args += {QStringLiteral("-filter_complex"),
+             QStringLiteral("color=c=0xff0000:s=160x90:d=2[a];color=c=0x00ff00:s=160x90:d=2[b];"
+                            "color=c=0x0000ff:s=160x90:d=2[c];color=c=0xffffff:s=160x90:d=2[d];"
+                            "[a][b]hstack[t];[c][d]hstack[u];"
+                            "[t][u]vstack,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p[v]"),
+             QStringLiteral("-map"), QStringLiteral("[v]"), QStringLiteral("-c:v"), QStringLiteral("libx264"),
+             QStringLiteral("-colorspace"), QStringLiteral("bt709"), QStringLiteral("-color_primaries"),
+             QStringLiteral("bt709"), QStringLiteral("-color_trc"), QStringLiteral("bt709"),
+             QStringLiteral("-color_range"), QStringLiteral("tv")};
+    return args;
+}
 
 class Collect : public DecodeTarget
 {
@@ -36,6 +83,42 @@ int swingAround(const Peaks &p, double seconds)
     for (int i = std::max(at - 5, 0); i <= std::min(at + 5, p.size() - 1); ++i)
         swing = std::max({swing, int(p.high[i]), -int(p.low[i])});
     return swing;
+}
+
+// Starts the test again on a display of its own; its output, or nullopt
+// with the reason when there is no Xvfb.
+std::optional<QByteArray> runOnXvfb(int &exitCode, QString &why)
+{
+    const QString xvfbPath = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
+    if (xvfbPath.isEmpty()) {
+        why = QStringLiteral("Xvfb is not installed");
+        return std::nullopt;
+    }
+    QProcess xvfb;
+    xvfb.start(xvfbPath, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
+                          QStringLiteral("1024x768x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    QByteArray display;
+    if (!xvfb.waitForStarted(5000) || !waitFor([&] {
+            display += xvfb.readAllStandardOutput();
+            return display.endsWith('\n');
+        }, 10000)) {
+        why = QStringLiteral("Xvfb did not start");
+        return std::nullopt;
+    }
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    env.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(display.trimmed()));
+    env.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
+    child.setProcessEnvironment(env);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=Video.*")});
+    child.waitForFinished(90000);
+    exitCode = child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
+    const QByteArray out = child.readAll();
+    xvfb.terminate();
+    xvfb.waitForFinished(5000);
+    return out;
 }
 
 } // namespace
@@ -77,13 +160,7 @@ TEST(MediaDecode, TheDecoderTellsSoundPictureAndBrokenFilesApart)
     f.write("not a recording at all");
     f.close();
 
-    struct Row
-    {
-        QString path;
-        DecodeResult result;
-        bool audio;
-        bool video;
-    };
+    struct Row { QString path; DecodeResult result; bool audio; bool video; };
     const Row rows[] = {{tone, DecodeResult::Done, true, false},
                         {film, DecodeResult::NoAudio, false, true},
                         {talkingFilm, DecodeResult::Done, true, true},
@@ -112,4 +189,53 @@ TEST(MediaDecode, WithNoWindowShowingThePictureMpvDecodesNoVideo)
     EXPECT_EQ(player.propertyText("vid"), QByteArray("no"));
     EXPECT_EQ(player.propertyText("current-tracks/video/id"), QByteArray());
     EXPECT_EQ(player.propertyText("current-tracks/audio/id"), QByteArray("1"));
+}
+
+TEST(Video, TheWidgetShowsTheColoursOfTheTestPatternAtTheirPlaces)
+{
+    if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
+        int exitCode = -1;
+        QString why;
+        const auto out = runOnXvfb(exitCode, why);
+        if (!out)
+            GTEST_SKIP() << qPrintable(why);
+        if (out->contains("[  SKIPPED ]"))
+            GTEST_SKIP() << out->constData();
+        EXPECT_EQ(exitCode, 0) << out->constData();
+        return;
+    }
+
+    QTemporaryDir dir;
+    const QString film = dir.filePath(QStringLiteral("film.mp4"));
+    if (!makeMedia(film, fourColours(false)))
+        GTEST_SKIP() << "ffmpeg could not make the test media";
+    MpvPlayer player(videoPlayerOptions());
+    ASSERT_TRUE(player.isValid());
+    MpvMedia media(player);
+    // Declared after the player: the render context goes before the handle.
+    QWidget window;
+    auto *video = static_cast<MpvVideoWidget *>(media.createVideoWidget(&window));
+    window.resize(320, 180);
+    video->setGeometry(0, 0, 320, 180);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    media.setVideoEnabled(true);
+    if (!waitFor([&] { return video->hasRenderContext(); }, 5000))
+        GTEST_SKIP() << "no OpenGL context for mpv's render API";
+    player.setURL(film);
+
+    struct Row { QPoint at; QColor want; };
+    const Row rows[] = {{{80, 45}, Qt::red}, {{240, 45}, Qt::green}, {{80, 135}, Qt::blue}, {{240, 135}, Qt::white}};
+    QImage frame;
+    // Until the last square has come, or the time is up.
+    waitFor([&] {
+        frame = video->grabFramebuffer();
+        return frame.pixelColor(240, 135).lightness() > 200;
+    }, 10000);
+    for (const Row &row : rows) {
+        const QColor got = frame.pixelColor(row.at);
+        EXPECT_NEAR(got.red(), row.want.red(), 4) << row.at.x() << "," << row.at.y();
+        EXPECT_NEAR(got.green(), row.want.green(), 4) << row.at.x() << "," << row.at.y();
+        EXPECT_NEAR(got.blue(), row.want.blue(), 4) << row.at.x() << "," << row.at.y();
+    }
 }

@@ -76,11 +76,7 @@ struct Media
 
 TEST(MediaWindow, ClickOnTheWaveformSeeksThereAndAPausedPlayerPausesAgainWithTheStepBack)
 {
-    struct Row
-    {
-        bool paused;
-        QStringList log;
-    };
+    struct Row { bool paused; QStringList log; };
     const Row rows[] = {
         {false, {QStringLiteral("seek 45"), QStringLiteral("play")}},
         {true, {QStringLiteral("seek 45"), QStringLiteral("play"), QStringLiteral("seek 42"), QStringLiteral("pause")}},
@@ -151,12 +147,7 @@ TEST(MediaWindow, TheSecondOpeningTakesThePeaksFromTheCacheUntilTheFileChanges)
 
 TEST(MediaWindow, BadMediaSaysSoInOneLineAndAVideoShowsTheWindowByItself)
 {
-    struct Row
-    {
-        const char *name;
-        bool bad;
-        bool video;
-    };
+    struct Row { const char *name; bool bad; bool video; };
     const Row rows[] = {{"talk.wav", false, false}, {"mute.wav", true, false}, {"broken.mp3", true, false},
                         {"film.mp4", false, true}};
     for (const Row &row : rows) {
