@@ -5,29 +5,8 @@
 
 namespace BookmarkFile {
 
-namespace {
-
-// The program's Trim: blanks only, not tabs or other white space.
-QString trimBlanks(const QString &text)
-{
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text.at(from) == u' ')
-        ++from;
-    while (to > from && text.at(to - 1) == u' ')
-        --to;
-    return text.mid(from, to - from);
-}
-
-QString rtrimBlanks(const QString &text)
-{
-    qsizetype to = text.size();
-    while (to > 0 && text.at(to - 1) == u' ')
-        --to;
-    return text.left(to);
-}
-
-} // namespace
+using TextFile::rtrimBlanks;
+using TextFile::trimBlanks;
 
 QString paddedTime(const QString &position)
 {

@@ -6,6 +6,7 @@
 #include "bookmarks/ListBox.h"
 #include "platform/Numbers.h"
 #include "platform/PlayerControl.h"
+#include "platform/TextFile.h"
 #include "player/Form1.h"
 
 #include <QGuiApplication>
@@ -20,16 +21,7 @@ namespace {
 
 // The program's Trim: blanks only, so a text of tabs is not "empty" and goes
 // on to be read as the number 0.
-QString trimBlanks(const QString &text)
-{
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text.at(from) == u' ')
-        ++from;
-    while (to > from && text.at(to - 1) == u' ')
-        --to;
-    return text.mid(from, to - from);
-}
+using TextFile::trimBlanks;
 
 QSize screenTwips()
 {

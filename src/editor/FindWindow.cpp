@@ -7,6 +7,7 @@
 #include "app/Controls.h"
 #include "editor/Form2.h"
 #include "editor/RTB.h"
+#include "platform/TextFile.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -23,16 +24,7 @@ const QString CrLf = QStringLiteral("\r\n");
 
 // Blanks off both ends, and only blanks: a line break at an end stays, so
 // that the line-break rule still sees it.
-QString trimBlanks(const QString &s)
-{
-    qsizetype from = 0;
-    qsizetype to = s.size();
-    while (from < to && s.at(from) == u' ')
-        ++from;
-    while (to > from && s.at(to - 1) == u' ')
-        --to;
-    return s.mid(from, to - from);
-}
+using TextFile::trimBlanks;
 
 template <typename W>
 W *placed(W *widget, const char *name, int left, int top, int width, int height)

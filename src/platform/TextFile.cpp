@@ -77,6 +77,25 @@ bool looksBinary(const QByteArray &bytes)
     return QByteArrayView(bytes).first(qMin<qsizetype>(bytes.size(), 8192)).contains('\0');
 }
 
+QString trimBlanks(const QString &text)
+{
+    qsizetype from = 0;
+    qsizetype to = text.size();
+    while (from < to && text.at(from) == u' ')
+        ++from;
+    while (to > from && text.at(to - 1) == u' ')
+        --to;
+    return text.mid(from, to - from);
+}
+
+QString rtrimBlanks(const QString &text)
+{
+    qsizetype to = text.size();
+    while (to > 0 && text.at(to - 1) == u' ')
+        --to;
+    return text.left(to);
+}
+
 QStringList splitLines(const QString &text)
 {
     QStringList lines;

@@ -28,6 +28,11 @@ const char *legacyCodecFor(const QString &languageFile, const QString &localeNam
 // known binary container (zip, as in .docx and .odt, or an OLE compound file).
 bool looksBinary(const QByteArray &bytes);
 
+// The program's Trim and RTrim: blanks only, never tabs, line breaks or
+// other white space (a text of tabs is not empty to them).
+QString trimBlanks(const QString &text);
+QString rtrimBlanks(const QString &text);
+
 // Splits text into lines; a line end at the very end makes no extra line.
 QStringList splitLines(const QString &text);
 
