@@ -4,6 +4,7 @@
 
 #include "TestApp.h"
 
+#include "dictation/Form4.h"
 #include "editor/Form2.h"
 #include "editor/RTB.h"
 #include "player/Form1.h"
@@ -11,6 +12,7 @@
 #include <QApplication>
 #include <QTest>
 #include <dlfcn.h>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace {
@@ -49,7 +51,7 @@ private:
     int (*m_fake)(void *, unsigned, int, unsigned long) = nullptr;
 };
 
-enum KeyCode : unsigned { Ctrl = 37, KeyW = 25, KeyO = 32, F5 = 71, F7 = 73 };
+enum KeyCode : unsigned { Ctrl = 37, KeyW = 25, KeyO = 32, KeyM = 58, F5 = 71, F7 = 73 };
 
 class OnX11 : public ::testing::Test
 {
@@ -136,6 +138,20 @@ TEST_F(OnX11, KeysActOnceAndCtrlLettersWorkUnderARussianLayout)
     app.dialogs->answerFile(QString());
     keyboard.chord({Ctrl, KeyO});
     EXPECT_TRUE(QTest::qWaitFor([&] { return app.dialogs->fileDialogs.size() == 2; }, 1000));
+    // Ctrl + the key of M in the text: the bookmark's name is asked for.
+    activate(&app.form2());
+    app.form2().RTB->setFocus();
+    bool asked = false;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+        if (auto *dialog = dynamic_cast<Form4 *>(QApplication::activeModalWidget())) {
+            asked = true;
+            dialog->Command2_Click();
+        }
+    });
+    answer.start(20);
+    keyboard.chord({Ctrl, KeyM});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return asked; }, 2000));
 }
 
 } // namespace
