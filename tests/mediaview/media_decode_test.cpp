@@ -138,31 +138,26 @@ TEST(MediaDecode, AToneBetweenSilencesHasItsAmplitudeAtItsTimes)
         const Peaks &p = c.builder->peaks();
         EXPECT_NEAR(p.size(), 300, 6) << ext;
         const int half = 16384;
-        const std::pair<double, int> rows[] = {{0.5, 0},    {0.9, 0},    {1.1, half}, {1.5, half},
-                                               {1.9, half}, {2.1, 0},    {2.5, 0}};
+        const std::pair<double, int> rows[] = {{0.9, 0}, {1.1, half}, {1.9, half}, {2.1, 0}};
         for (const auto &[seconds, want] : rows)
             EXPECT_NEAR(swingAround(p, seconds), want, tolerance) << ext << " at " << seconds << " s";
     }
 }
 
-TEST(MediaDecode, TheDecoderTellsSoundPictureAndBrokenFilesApart)
+TEST(MediaDecode, TheDecoderTellsPictureAndBrokenFilesApartAndMpvDecodesNoHiddenVideo)
 {
     QTemporaryDir dir;
-    const QString tone = dir.filePath(QStringLiteral("tone.wav"));
     const QString film = dir.filePath(QStringLiteral("film.mp4"));
     const QString talkingFilm = dir.filePath(QStringLiteral("talking.mp4"));
-    if (!makeMedia(tone, toneBetweenSilences()) || !makeMedia(film, fourColours(false))
-        || !makeMedia(talkingFilm, fourColours(true)))
+    if (!makeMedia(film, fourColours(false)) || !makeMedia(talkingFilm, fourColours(true)))
         GTEST_SKIP() << "ffmpeg could not make the test media";
     const QString broken = dir.filePath(QStringLiteral("broken.mp3"));
     QFile f(broken);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("not a recording at all");
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.write("not a recording at all") > 0);
     f.close();
 
     struct Row { QString path; DecodeResult result; bool audio; bool video; };
-    const Row rows[] = {{tone, DecodeResult::Done, true, false},
-                        {film, DecodeResult::NoAudio, false, true},
+    const Row rows[] = {{film, DecodeResult::NoAudio, false, true},
                         {talkingFilm, DecodeResult::Done, true, true},
                         {broken, DecodeResult::Unreadable, false, false}};
     for (const Row &row : rows) {
@@ -171,21 +166,14 @@ TEST(MediaDecode, TheDecoderTellsSoundPictureAndBrokenFilesApart)
         EXPECT_EQ(c.facts.hasAudio, row.audio) << qPrintable(row.path);
         EXPECT_EQ(c.facts.hasVideo, row.video) << qPrintable(row.path);
     }
-}
 
-TEST(MediaDecode, WithNoWindowShowingThePictureMpvDecodesNoVideo)
-{
-    QTemporaryDir dir;
-    const QString film = dir.filePath(QStringLiteral("talking.mp4"));
-    if (!makeMedia(film, fourColours(true)))
-        GTEST_SKIP() << "ffmpeg could not make the test media";
+    // With no window showing the picture, libmpv plays the sound alone.
     MpvPlayer player(videoPlayerOptions());
     ASSERT_TRUE(player.isValid());
     MpvMedia media(player);
     media.setVideoEnabled(false);
-    player.setURL(film);
+    player.setURL(talkingFilm);
     ASSERT_TRUE(waitFor([&] { return player.playState() == PlayerControl::Playing; }, 10000));
-    EXPECT_EQ(player.propertyText("track-list/count"), QByteArray("2"));
     EXPECT_EQ(player.propertyText("vid"), QByteArray("no"));
     EXPECT_EQ(player.propertyText("current-tracks/video/id"), QByteArray());
     EXPECT_EQ(player.propertyText("current-tracks/audio/id"), QByteArray("1"));
