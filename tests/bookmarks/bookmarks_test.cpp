@@ -242,26 +242,18 @@ TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 
 TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
 {
-    struct Row { const char *name; double at; QStringList logBeforeDialog; const char *shown; };
-    const Row rows[] = {
-        {"at the end", 180, {QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}, "00:00:00  here"},
-        {"before the end", 179, {}, "00:02:59  here"},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        Marks m;
-        m.open(QStringLiteral("short.wav"), 180);
-        m.pauseAt(row.at);
-        m.app.player->clearLog();
-        QStringList logAtDialog;
-        ASSERT_TRUE(withForm4([&] { m.f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
-            logAtDialog = m.app.player->log;
-            dialog.Text1->setText(QStringLiteral("here"));
-            dialog.Command1->click();
-        }));
-        EXPECT_EQ(logAtDialog, row.logBeforeDialog);
-        EXPECT_EQ(m.window()->List1->rows(), QStringList{QString::fromUtf8(row.shown)});
-    }
+    Marks m;
+    m.open(QStringLiteral("short.wav"), 180);
+    m.pauseAt(180);
+    m.app.player->clearLog();
+    QStringList logAtDialog;
+    ASSERT_TRUE(withForm4([&] { m.f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
+        logAtDialog = m.app.player->log;
+        dialog.Text1->setText(QStringLiteral("here"));
+        dialog.Command1->click();
+    }));
+    EXPECT_EQ(logAtDialog, QStringList({QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}));
+    EXPECT_EQ(m.window()->List1->rows(), QStringList{QStringLiteral("00:00:00  here")});
 }
 
 TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
