@@ -33,9 +33,7 @@ TEST(Links, EveryTargetGoesToTheDesktopAndThePlayerStepsAside)
         {"polish.lng", &Form1::mnuGuida_Click, "Files/Help-pl.html"},
         {"Nederlands.lng", &Form1::mnuGuida_Click, "Files/Help-en.html"},
         {"English.lng", &Form1::mnuVersioni_Click, "Versioni.txt"},
-        {"English.lng", &Form1::mnuAggiornamenti_Click, "/quillmere.html"},
         {"English.lng", &Form1::mnuAggLingua_Click, "/quillmere-languages.html"},
-        {"English.lng", &Form1::mnuFaiDonazione_Click, "/donazioni--donation.html"},
     };
     TestApp app;
     ASSERT_TRUE(app.start());
