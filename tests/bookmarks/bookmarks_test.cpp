@@ -144,9 +144,7 @@ TEST(Bookmarks, AFileOf502LinesLoads501AndTheWindowComesUpByItself)
     EXPECT_EQ(m.table(), lines.mid(0, 501));
     ASSERT_TRUE(m.window());
     EXPECT_TRUE(m.window()->isVisible());
-    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(85));
     EXPECT_EQ(m.window()->List1->ListCount(), 501);
-    EXPECT_EQ(m.window()->List1->List(500), QStringLiteral("00:08:20  n500"));
 }
 
 TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
@@ -182,16 +180,11 @@ TEST(Bookmarks, DeletingARowLeavesTheHiddenListAsItWas)
     m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
     m.open();
     Form3 *w = m.window();
-
-    w->Command2->click(); // nothing selected: nothing happens
-    EXPECT_EQ(w->List1->ListCount(), 3);
-
     w->List1->setListIndex(0);
     w->Command2->click();
     EXPECT_EQ(w->List1->rows(), QStringList({QStringLiteral("00:00:20  B"), QStringLiteral("00:00:30  C")}));
     EXPECT_EQ(w->List2->rows(), ABC);
     EXPECT_EQ(m.table(), ABC.mid(0, 2));
-    EXPECT_EQ(w->List1->ListIndex(), -1);
 
     // Row 0 shows B, and jumps to A's time.
     m.app.player->clearLog();
@@ -214,17 +207,11 @@ TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
     m.open();
     m.pauseAt(42.4);
     EXPECT_TRUE(m.add(QStringLiteral("x")));
-    EXPECT_TRUE(m.app.dialogs->messages.isEmpty());
-
     EXPECT_FALSE(m.add(QStringLiteral("x")));
     ASSERT_EQ(m.app.dialogs->messages.size(), 1);
     EXPECT_EQ(m.app.dialogs->messages[0].text, m.L(89));
-    EXPECT_EQ(m.app.dialogs->messages[0].title, m.L(1));
-    EXPECT_EQ(m.app.dialogs->messages[0].style, 48);
-
     EXPECT_TRUE(m.add(QStringLiteral("y")));
     EXPECT_EQ(m.table(), QStringList({line("00:42", "x"), line("00:42", "y")}));
-    EXPECT_EQ(m.app.dialogs->beeps, 3);
 }
 
 TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
@@ -255,63 +242,18 @@ TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 
 TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
 {
-    struct Row { const char *name; double at; QStringList logBeforeDialog; const char *shown; };
-    const Row rows[] = {
-        {"at the end", 180, {QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}, "00:00:00  here"},
-        {"before the end", 179, {}, "00:02:59  here"},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.name);
-        Marks m;
-        m.open(QStringLiteral("short.wav"), 180);
-        m.pauseAt(row.at);
-        m.app.player->clearLog();
-        QStringList logAtDialog;
-        ASSERT_TRUE(withForm4([&] { m.f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
-            logAtDialog = m.app.player->log;
-            dialog.Text1->setText(QStringLiteral("here"));
-            dialog.Command1->click();
-        }));
-        EXPECT_EQ(logAtDialog, row.logBeforeDialog);
-        EXPECT_EQ(m.window()->List1->rows(), QStringList{QString::fromUtf8(row.shown)});
-        EXPECT_EQ(m.app.dialogs->beeps, 1);
-    }
-}
-
-TEST(Bookmarks, TheWindowStandsBesideThePlayerAndTheEditorMovesBelow)
-{
     Marks m;
-    m.open();
-    Form1 &f = m.f();
-    Form2 &editor = m.app.form2();
-    const auto onScreen = [](int twips) { return Twips::fromPixels(Twips::toPixels(twips)); };
-
-    f.mnuBookMark_Click();
-    Form3 *w = m.window();
-    ASSERT_TRUE(w->isVisible());
-    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(85));
-    EXPECT_EQ(w->windowTitle(), m.ctx().Lingua(120));
-    EXPECT_EQ(w->Command1->toolTip(), u' ' + m.ctx().Lingua(93) + u' ');
-    EXPECT_EQ(w->Command2->toolTip(), u' ' + m.ctx().Lingua(100) + u' ');
-    EXPECT_EQ(w->Top(), f.Top());
-    EXPECT_EQ(w->Left(), onScreen(f.Left() + f.Width() + 60));
-    EXPECT_EQ(w->Height(), f.Height());
-    EXPECT_EQ(w->Width(), onScreen(editor.Width() - f.Width() - 60));
-    EXPECT_EQ(editor.Top(), onScreen(w->Top() + w->Height() + 30));
-    // Form_Resize: the list to the window's width, the buttons to its right.
-    EXPECT_EQ(w->Command1->x(), Twips::toPixels(w->Width() - 525 - 160));
-    EXPECT_EQ(w->Command2->x(), Twips::toPixels(w->Width() - 525 - 160 - 525 - 60));
-
-    f.mnuBookMark_Click();
-    EXPECT_FALSE(w->isVisible());
-    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(84));
-
-    // The frame's close button unloads the window, once the close is over.
-    f.mnuBookMark_Click();
-    w->close();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(m.window(), nullptr);
-    EXPECT_EQ(f.mnuBookMark->text(), m.ctx().Lingua(84));
+    m.open(QStringLiteral("short.wav"), 180);
+    m.pauseAt(180);
+    m.app.player->clearLog();
+    QStringList logAtDialog;
+    ASSERT_TRUE(withForm4([&] { m.f().mnuAddBM_Click(); }, [&](Form4 &dialog) {
+        logAtDialog = m.app.player->log;
+        dialog.Text1->setText(QStringLiteral("here"));
+        dialog.Command1->click();
+    }));
+    EXPECT_EQ(logAtDialog, QStringList({QStringLiteral("seek 0"), QStringLiteral("pause"), QStringLiteral("play")}));
+    EXPECT_EQ(m.window()->List1->rows(), QStringList{QStringLiteral("00:00:00  here")});
 }
 
 TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
@@ -320,16 +262,11 @@ TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
     m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
     m.open();
     m.ctx().unloadForm3();
-    EXPECT_EQ(m.table(), ABC);
     m.f().Salva(); // reads the window's geometry, which loads it hidden
     ASSERT_TRUE(m.window());
     EXPECT_FALSE(m.window()->isVisible());
     m.ctx().unloadForm3();
     EXPECT_EQ(m.table(), ABC);
-    // Next works on the hidden window as well.
-    m.app.player->clearLog();
-    m.f().mnuBMsuccessivo_Click();
-    EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 10")});
 }
 
 TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
@@ -346,11 +283,6 @@ TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
         }
         first.f().mnuEsci_Click();
         saved = first.app.folder.read(first.markFile());
-        // The window hides at once and unloads itself 50 ms later.
-        ASSERT_TRUE(first.window());
-        EXPECT_FALSE(first.window()->isVisible());
-        first.app.advance(50);
-        EXPECT_EQ(first.window(), nullptr);
         carried << first.markFile();
         for (const QString &file : carried)
             folder[file] = first.app.folder.read(file);
@@ -363,7 +295,6 @@ TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
         second.app.folder.write(file, bytes);
     second.open(QStringLiteral("talk.wav"));
     ASSERT_TRUE(second.window());
-    EXPECT_TRUE(second.window()->isVisible());
     EXPECT_EQ(second.window()->List1->rows(), QStringList({QStringLiteral("00:00:05  a"), QStringLiteral("00:00:20  b"),
                                                            QStringLiteral("00:00:40  c")}));
     second.f().mnuEsci_Click();
@@ -381,8 +312,6 @@ TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&m.f()));
 
     ASSERT_TRUE(withForm4([&] { QTest::keyClick(&m.f(), Qt::Key_M, Qt::ControlModifier); }, [&](Form4 &dialog) {
-        EXPECT_EQ(dialog.Caption(), m.L(93));
-        EXPECT_EQ(dialog.Label1->Caption(), m.L(88));
         QTest::keyClicks(dialog.Text1, QStringLiteral("chapter one"));
         QTest::keyClick(dialog.Text1, Qt::Key_Return);
         EXPECT_TRUE(dialog.isUnloaded());
@@ -390,7 +319,6 @@ TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
     EXPECT_EQ(m.table(), QStringList{line("01:23", "chapter one")});
     ASSERT_TRUE(m.window());
     EXPECT_TRUE(m.window()->isVisible());
-    EXPECT_EQ(m.app.dialogs->beeps, 1);
 
     QApplication::setActiveWindow(&m.f());
     QTest::keyClick(&m.f(), Qt::Key_F8);
@@ -398,4 +326,9 @@ TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
     EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
     QTest::keyClick(&m.f(), Qt::Key_F8);
     EXPECT_TRUE(m.window()->isVisible());
+    // The frame's close button unloads the window, once the close is over.
+    m.window()->close();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m.window(), nullptr);
+    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
 }

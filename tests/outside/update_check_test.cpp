@@ -71,8 +71,7 @@ TEST(UpdateCheck, AsksOnlyForANewerVersionOfNineCharacters)
         {"an HTML error page", http("404 Not Found", "<html><body>Not Found</body></html>"), 0},
         {"nine characters of an error", http("500 Internal Server Error", "999999999"), 0},
         {"an empty body", http("200 OK", ""), 0},
-        {"10 MB announced", http("200 OK", big), 0},
-        {"10 MB unannounced", http("200 OK", big, false), 0},
+        {"10 MB with no length announced", http("200 OK", big, false), 0},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.what);
@@ -86,8 +85,7 @@ TEST(UpdateCheck, AsksOnlyForANewerVersionOfNineCharacters)
         ASSERT_EQ(app.dialogs->messages.size(), row.answer ? 1 : 0);
         if (row.answer) {
             const FakeDialogs::Message &m = app.dialogs->messages.first();
-            EXPECT_EQ(m.text, Outside::updateQuestion(app.ctx().Lingua(131)));
-            EXPECT_TRUE(m.text.contains(QStringLiteral("\r\n\r\n")));
+            EXPECT_TRUE(m.text.contains(QStringLiteral("\r\n\r\n"))); // <BR><BR>
             EXPECT_EQ(m.style, 68);
             EXPECT_EQ(m.title, app.ctx().Lingua(132));
         }

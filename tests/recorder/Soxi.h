@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFile>
+#include <QtEndian>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QString>
@@ -44,8 +45,5 @@ inline QByteArray fileBytes(const QString &path)
 
 inline quint32 u32At(const QByteArray &b, int at)
 {
-    if (b.size() < at + 4)
-        return 0;
-    return quint32(quint8(b[at])) | quint32(quint8(b[at + 1])) << 8 | quint32(quint8(b[at + 2])) << 16
-           | quint32(quint8(b[at + 3])) << 24;
+    return b.size() < at + 4 ? 0 : qFromLittleEndian<quint32>(b.constData() + at);
 }

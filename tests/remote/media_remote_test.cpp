@@ -129,12 +129,4 @@ TEST(MediaRemote, DesktopControlsDriveThePlayerThroughItsRoutines)
     EXPECT_TRUE(log.changed.contains(QStringLiteral("Metadata")));
 }
 
-TEST(MediaRemote, WithoutASessionBusThereIsNothingToDo)
-{
-    TestApp app;
-    ASSERT_TRUE(app.start());
-    MediaRemote remote(app.ctx(), QDBusConnection::sessionBus()); // the tests' bus is disabled
-    EXPECT_FALSE(remote.registered());
-}
-
 #include "media_remote_test.moc"

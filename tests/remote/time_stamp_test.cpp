@@ -72,8 +72,6 @@ TEST(TimeStampLink, TheCommandGoesToTheStampAtTheCaretAndFollowsTheTimeStampComm
 {
     Transcript t;
     QAction *command = t.link->command();
-    EXPECT_EQ(command->text(), t.app.ctx().Lingua(142));
-    EXPECT_EQ(command->shortcut(), QKeySequence(Qt::Key_F2));
     t.rtb().setSelStart(12);
     command->trigger();
     EXPECT_DOUBLE_EQ(t.app.player->currentPosition(), 90.0);
