@@ -3,7 +3,6 @@
 #include "app/AppContext.h"
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
-#include "platform/ProcessInfo.h"
 #include "platform/QtServices.h"
 #include "platform/QtWebReader.h"
 #include "player/Form1.h"
@@ -88,21 +87,7 @@ int main(int argc, char **argv)
     MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
-    // The start-up benchmark (bench/startup) asks for the moment of the first
-    // paint and the memory once the back-end is loaded, then for the exit.
-    const bool benchmark = qEnvironmentVariableIsSet("QM_BENCH_FIRST_PAINT");
-    ctx.form1()->onFirstPaint = [lazy, benchmark] {
-        if (benchmark) {
-            std::printf("first-paint\n");
-            std::fflush(stdout);
-            QTimer::singleShot(1000, qApp, [] {
-                std::printf("rss-kb %ld\n", residentMemoryKb());
-                std::fflush(stdout);
-                QCoreApplication::exit(0);
-            });
-        }
-        QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); });
-    };
+    ctx.form1()->onFirstPaint = [lazy] { QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); }); };
     if (ctx.processEnded())
         return 0;
     return app.exec();
