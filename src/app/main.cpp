@@ -11,11 +11,16 @@
 #include "remote/TimeStampLink.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDBusConnection>
 #include <QIcon>
+#include <QScopeGuard>
+#include <QImageReader>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
+#include <fontconfig/fontconfig.h>
+#include <thread>
 
 namespace {
 
@@ -56,6 +61,16 @@ int main(int argc, char **argv)
         return 2;
     }
 
+    // Two costs of the first paint need no window and run beside the
+    // toolkit's own start on another core: reading the font configuration,
+    // which the first text measured would otherwise wait for, and loading
+    // the picture format plug-ins, every one of which the first PNG or BMP
+    // picture read loads to ask whether it reads that format.
+    std::thread warmUp([] {
+        FcInit();
+        QBuffer none;
+        QImageReader(&none, "png").canRead();
+    });
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
     // libmpv parses numbers with the C library and refuses to start unless
@@ -77,6 +92,7 @@ int main(int argc, char **argv)
     services.media = std::make_unique<LazyMediaBackend>(*lazy);
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
+    const auto joinWarmUp = qScopeGuard([&warmUp] { warmUp.join(); });
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };
     if (!ctx.Main())
         return 0;
