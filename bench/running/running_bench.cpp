@@ -235,14 +235,14 @@ int main(int argc, char **argv)
     QThread::msleep(ulong(std::max(0.0, started + 3000 - bench::nowMs())));
     std::printf("resident memory 3 s after start with a recording loaded: %.1f MB\n", residentKb(pid) / 1024.0);
 
-    // The program plays the file it opens; CPU over 5 s of steady playing.
+    // The program plays the file it opens; CPU over 10 s of steady playing.
     const double firstSound = monitor.waitFor(true, started, 1000);
     if (firstSound < 0)
         std::printf("no sound from the program: the latencies below are not measured\n");
     QThread::msleep(1000);
     const long ticks0 = cpuTicks(pid);
     const double cpu0 = bench::nowMs();
-    QThread::msleep(5000);
+    QThread::msleep(10000);
     const long ticks1 = cpuTicks(pid);
     const double seconds = (bench::nowMs() - cpu0) / 1000.0;
     std::printf("CPU while playing an audio file, over %.0f s: %.1f %% of one core\n", seconds,
