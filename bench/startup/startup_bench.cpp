@@ -93,7 +93,7 @@ int main(int argc, char **argv)
     // One run of each first, to warm the disk cache and the font cache.
     runOnce(x, QStringLiteral(QM_BARE), false, work.path());
     runOnce(x, program, true, work.path());
-    const int runs = 7;
+    const int runs = 11;
     std::vector<double> player, bare, editor;
     for (int i = 0; i < runs; ++i) {
         bare.push_back(runOnce(x, QStringLiteral(QM_BARE), false, work.path()).playerMs);
@@ -104,6 +104,12 @@ int main(int argc, char **argv)
     const double a = median(player), b = median(bare);
     std::printf("exec to window mapped, median of %d: player %.1f ms, bare Qt window %.1f ms, ratio %.2f\n",
                 runs, a, b, a / b);
+    // On a shared machine the fastest run shows the cost with the least
+    // waiting for a core.
+    const double am = *std::min_element(player.begin(), player.end());
+    const double bm = *std::min_element(bare.begin(), bare.end());
+    std::printf("exec to window mapped, fastest of %d: player %.1f ms, bare Qt window %.1f ms, ratio %.2f\n",
+                runs, am, bm, am / bm);
     std::printf("editor usable (mapped, a key taken) after the player's map, median: %.1f ms\n", median(editor));
     return 0;
 }
