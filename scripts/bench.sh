@@ -4,7 +4,6 @@
 set -u
 BUILD="${1:-build}"
 export DBUS_SESSION_BUS_ADDRESS=disabled:
-export QM_AUDIO_OUTPUT=null
 for bench in "$BUILD"/bench/*; do
     [ -x "$bench" ] && [ -f "$bench" ] || continue
     case "$(basename "$bench")" in
@@ -12,7 +11,7 @@ for bench in "$BUILD"/bench/*; do
     esac
     echo "== $(basename "$bench")"
     case "$(basename "$bench")" in
-        startup_bench) xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
+        startup_bench|running_bench) xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
         mediaview_bench) LIBGL_ALWAYS_SOFTWARE=1 xvfb-run -a -s "-screen 0 1280x800x24" "$bench" ;;
         *) QT_QPA_PLATFORM=offscreen "$bench" ;;
     esac

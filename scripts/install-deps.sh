@@ -14,6 +14,7 @@ libgtest-dev googletest
 xvfb xauth xdotool x11-xkb-utils x11-utils openbox dbus
 espeak-ng sox libsox-fmt-all ffmpeg
 pulseaudio pulseaudio-utils libpulse-dev
+libx11-dev libxtst-dev
 libreoffice-writer-nogui poppler-utils
 desktop-file-utils appstream
 clang libclang-rt-14-dev

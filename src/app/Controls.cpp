@@ -43,12 +43,19 @@ PictureBox::PictureBox(QWidget *parent) : QLabel(parent), TwipsPlacement(this)
 
 bool PictureBox::LoadPicture(const QString &path)
 {
+    const QFileInfo file(path);
+    const QDateTime modified = file.lastModified();
+    if (path == m_pictureFile && !m_pixmap.isNull() && modified.isValid() && modified == m_pictureModified
+        && file.size() == m_pictureSize)
+        return true;
     QImageReader reader(path);
     const QImage image = reader.read();
     if (image.isNull())
         return false;
     m_pixmap = QPixmap::fromImage(image);
     m_pictureFile = path;
+    m_pictureModified = modified;
+    m_pictureSize = file.size();
     showPicture();
     return true;
 }

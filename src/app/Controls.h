@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QKeySequence>
 #include <QLabel>
 #include <QString>
@@ -109,6 +110,12 @@ private:
     void showPicture();
     QString m_pictureFile;
     QPixmap m_pixmap;
+    // When the picture on show was read from its file, and the file's
+    // size: a timer that asks for the same unchanged file again (the play
+    // button's picture, ten times a second while playing) costs a stat
+    // instead of a decode and a repaint.
+    QDateTime m_pictureModified;
+    qint64 m_pictureSize = -1;
     bool m_stretch = false;
 };
 

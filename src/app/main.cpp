@@ -3,7 +3,6 @@
 #include "app/AppContext.h"
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
-#include "platform/ProcessInfo.h"
 #include "platform/QtAudioInput.h"
 #include "platform/QtServices.h"
 #include "platform/QtWebReader.h"
@@ -13,11 +12,16 @@
 #include "remote/TimeStampLink.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDBusConnection>
 #include <QIcon>
+#include <QScopeGuard>
+#include <QImageReader>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
+#include <fontconfig/fontconfig.h>
+#include <thread>
 
 namespace {
 
@@ -58,6 +62,16 @@ int main(int argc, char **argv)
         return 2;
     }
 
+    // Two costs of the first paint need no window and run beside the
+    // toolkit's own start on another core: reading the font configuration,
+    // which the first text measured would otherwise wait for, and loading
+    // the picture format plug-ins, every one of which the first PNG or BMP
+    // picture read loads to ask whether it reads that format.
+    std::thread warmUp([] {
+        FcInit();
+        QBuffer none;
+        QImageReader(&none, "png").canRead();
+    });
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
     // libmpv parses numbers with the C library and refuses to start unless
@@ -80,6 +94,7 @@ int main(int argc, char **argv)
     services.audioInput = std::make_unique<QtAudioInput>();
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
+    const auto joinWarmUp = qScopeGuard([&warmUp] { warmUp.join(); });
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };
     if (!ctx.Main())
         return 0;
@@ -90,21 +105,7 @@ int main(int argc, char **argv)
     MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
-    // The start-up benchmark (bench/startup) asks for the moment of the first
-    // paint and the memory once the back-end is loaded, then for the exit.
-    const bool benchmark = qEnvironmentVariableIsSet("QM_BENCH_FIRST_PAINT");
-    ctx.form1()->onFirstPaint = [lazy, benchmark] {
-        if (benchmark) {
-            std::printf("first-paint\n");
-            std::fflush(stdout);
-            QTimer::singleShot(1000, qApp, [] {
-                std::printf("rss-kb %ld\n", residentMemoryKb());
-                std::fflush(stdout);
-                QCoreApplication::exit(0);
-            });
-        }
-        QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); });
-    };
+    ctx.form1()->onFirstPaint = [lazy] { QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); }); };
     if (ctx.processEnded())
         return 0;
     return app.exec();
