@@ -380,7 +380,7 @@ void survives(const QByteArray &data, qint64 maxMs = 2000)
     EXPECT_EQ(Rtf::fromDocument(*again), once) << "a second save writes other bytes";
 }
 
-TEST(LibreOfficeSamples, TextListsAndFormats)
+TEST(LibreOfficeSamples, TextAndLists)
 {
     const struct { const char *name; QString text; const char *lists; } samples[] = {
         {"lo_formatting.rtf", QStringLiteral("Plain bold italic underlined struck red Times 16 mono 9\n"
@@ -401,15 +401,6 @@ TEST(LibreOfficeSamples, TextListsAndFormats)
         EXPECT_EQ(RtfTest::rawText(*doc), s.text);
         EXPECT_EQ(RtfTest::listMembership(*doc), s.lists);
     }
-    // The formats as the word processor states them; Arial 10 is the
-    // document's default and gives no properties.
-    const auto doc = read(sample("lo_formatting.rtf"));
-    EXPECT_TRUE(charAt(*doc, 0).properties().isEmpty());
-    EXPECT_EQ(charAt(*doc, 6).fontWeight(), QFont::Bold);
-    EXPECT_EQ(charAt(*doc, 36).foreground().color(), QColor(0xC0, 0, 0));
-    EXPECT_EQ(charAt(*doc, 40).fontFamilies().toStringList(), QStringList{QStringLiteral("Times New Roman")});
-    EXPECT_EQ(charAt(*doc, 50).fontPointSize(), 9);
-    EXPECT_EQ(doc->findBlockByNumber(3).blockFormat().alignment(), Qt::AlignJustify);
     EXPECT_EQ(read(sample("lo_lists.rtf"))->findBlockByNumber(4).textList()->format().style(),
               QTextListFormat::ListDecimal);
 }
