@@ -15,8 +15,6 @@ inline QString entryText(int i)
 {
     switch (i) {
     case 1: return QStringLiteral("Quillmere");
-    case 7: return QStringLiteral("Play");
-    case 8: return QStringLiteral("Pause");
     case 53: return QStringLiteral("The file exists.");
     case 54: return QStringLiteral("Replace it?");
     case 75: return QStringLiteral("Save the changes to");

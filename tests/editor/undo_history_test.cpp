@@ -201,25 +201,6 @@ void runRandomSession(unsigned seed)
 
 } // namespace
 
-TEST(DifferenzaTesto, TakesTheLongerTextsRunEndingBeforeThePosition)
-{
-    struct Case { const char *a; const char *b; qint32 posizione; const char *want; };
-    const Case cases[] = {
-        {"abc", "abxc", 4, "x"},      // an insertion
-        {"abxc", "abc", 4, "x"},      // the longer one is found either way
-        {"a", "abcd", 5, "bcd"},
-        {"a", "abcd", 4, "abc"},      // nothing is compared: the run is taken as it falls
-        {"abc", "abd", 3, ""},        // equal lengths
-        {"ab", "abcd", 2, ""},        // a start before the first character fails
-        {"", "xy", 3, "xy"},
-        {"", "xy", 9, ""},            // beyond the end
-    };
-    for (const Case &c : cases) {
-        EXPECT_EQ(DifferenzaTesto(QString::fromUtf8(c.a), QString::fromUtf8(c.b), c.posizione), QString::fromUtf8(c.want))
-            << c.a << " / " << c.b << " @" << c.posizione;
-    }
-}
-
 TEST(UndoHistory, RandomEditsMatchTheFullSnapshotModel)
 {
     // Loads and pasted text leave the control unable to tell what changed:
