@@ -13,9 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                                     QStringLiteral("mnuRecent3"), QStringLiteral("mnuRecent4")};
     RecentFiles::readCaptions(TextFile::splitLines(TextFile::decode(input)), captions);
 
-    QByteArray file;
-    for (const QString &c : captions)
-        file += c.toUtf8() + "\r\n";
+    const QByteArray file = TextFile::linesToBytes(QStringList(captions.begin(), captions.end()));
     std::array<QString, 4> again;
     RecentFiles::readCaptions(TextFile::splitLines(TextFile::decode(file)), again);
     if (again != captions)

@@ -73,12 +73,7 @@ QStringList linesToWrite(const Table &table)
 
 QByteArray toBytes(const QStringList &lines)
 {
-    QByteArray bytes;
-    for (const QString &l : lines) {
-        bytes += l.toUtf8();
-        bytes += "\r\n";
-    }
-    return bytes;
+    return TextFile::linesToBytes(lines);
 }
 
 bool hasBookmarks(const Table &table)

@@ -11,6 +11,10 @@ namespace {
 
 // UTF-16 from another program may hold a half of a surrogate pair alone; it
 // is no character, and would be written back as something else.
+// One byte order mark is taken off by hand; a second one is the text's own
+// first character, which the decoders would otherwise drop as well.
+constexpr auto KeepMarks = QStringDecoder::Flag::ConvertInitialBom;
+
 QString withoutLoneSurrogates(QString text)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -28,13 +32,13 @@ QString withoutLoneSurrogates(QString text)
 QString decode(const QByteArray &bytes, const char *legacyCodec)
 {
     if (bytes.startsWith("\xFF\xFE"))
-        return withoutLoneSurrogates(QStringDecoder(QStringDecoder::Utf16LE).decode(QByteArrayView(bytes).sliced(2)));
+        return withoutLoneSurrogates(QStringDecoder(QStringDecoder::Utf16LE, KeepMarks).decode(QByteArrayView(bytes).sliced(2)));
     if (bytes.startsWith("\xFE\xFF"))
-        return withoutLoneSurrogates(QStringDecoder(QStringDecoder::Utf16BE).decode(QByteArrayView(bytes).sliced(2)));
+        return withoutLoneSurrogates(QStringDecoder(QStringDecoder::Utf16BE, KeepMarks).decode(QByteArrayView(bytes).sliced(2)));
     QByteArray data = bytes;
     if (data.startsWith("\xEF\xBB\xBF"))
         data.remove(0, 3);
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | KeepMarks);
     QString text = utf8.decode(data);
     if (!utf8.hasError())
         return text;
@@ -186,14 +190,24 @@ bool writeBytes(const QString &path, const QByteArray &bytes, QString *error)
     return true;
 }
 
-bool writeLines(const QString &path, const QStringList &lines, QString *error)
+QByteArray linesToBytes(const QStringList &lines)
 {
     QByteArray bytes;
+    // A text that begins with the byte order mark's character would lose it
+    // to the reader, which takes those first bytes for the mark: a mark of
+    // its own goes in front.
+    if (!lines.isEmpty() && lines.first().startsWith(QChar(0xFEFF)))
+        bytes += "\xEF\xBB\xBF";
     for (const QString &line : lines) {
         bytes += line.toUtf8();
         bytes += "\r\n";
     }
-    return writeBytes(path, bytes, error);
+    return bytes;
+}
+
+bool writeLines(const QString &path, const QStringList &lines, QString *error)
+{
+    return writeBytes(path, linesToBytes(lines), error);
 }
 
 } // namespace TextFile

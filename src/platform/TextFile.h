@@ -47,6 +47,9 @@ std::optional<QByteArray> readBytes(const QString &path);
 // allows no temporary file, an existing file is written in place instead.
 // False, with the system's reason in `error`, when nothing could be written.
 bool writeBytes(const QString &path, const QByteArray &bytes, QString *error = nullptr);
+// The bytes of the lines, each ended by CR LF, in UTF-8: what writeLines
+// writes, and what decode() and splitLines() read back as the same lines.
+QByteArray linesToBytes(const QStringList &lines);
 // The lines, each ended by CR LF, in UTF-8, through writeBytes.
 bool writeLines(const QString &path, const QStringList &lines, QString *error = nullptr);
 
