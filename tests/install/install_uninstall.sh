@@ -34,39 +34,7 @@ appstreamcli validate --no-net "$P/share/metainfo/$ID.metainfo.xml" || fail "app
 
 # The installed command, as a user starts it: with a file, then Ctrl+Q.
 sox -n -r 8000 -c 1 "$WORK/voice.wav" synth 3 sine 440 2>/dev/null
-cat > "$WORK/drive.sh" <<'DRIVE'
-#!/bin/sh
-set -eu
-"$1" "$2" > "$3" 2>&1 &
-PID=$!
-WIN=""
-for _ in $(seq 1 100); do
-    WIN="$(xdotool search --name '^Quillmere$' 2>/dev/null | head -n 1 || true)"
-    [ -n "$WIN" ] && break
-    sleep 0.1
-done
-if [ -z "$WIN" ]; then
-    echo "the installed program showed no window" >&2
-    cat "$3" >&2
-    kill "$PID" 2>/dev/null || true
-    exit 1
-fi
-sleep 1
-xdotool windowfocus --sync "$WIN" 2>/dev/null || true
-xdotool key --clearmodifiers ctrl+q
-for _ in $(seq 1 100); do
-    kill -0 "$PID" 2>/dev/null || break
-    sleep 0.1
-done
-if kill -0 "$PID" 2>/dev/null; then
-    echo "the installed program did not quit on Ctrl+Q" >&2
-    kill "$PID"
-    exit 1
-fi
-wait "$PID"
-DRIVE
-chmod +x "$WORK/drive.sh"
-xvfb-run -a -s "-screen 0 1280x800x24" "$WORK/drive.sh" "$P/bin/quillmere" "$WORK/voice.wav" "$WORK/out.log" \
+xvfb-run -a -s "-screen 0 1280x800x24" "$(dirname "$0")/../support/start_and_quit.sh" "$P/bin/quillmere" "$WORK/voice.wav" "$WORK/out.log" \
     || fail "the installed program did not start and quit"
 grep -q "voice.wav" "$P/lib/quillmere/Files/LastFiles.ini" || fail "the installed program did not open the file"
 

@@ -20,40 +20,8 @@ printf 'English.lng\r\n50\r\n' > "$WORK/program/Files/Quillmere.ini"
 for i in $(seq 3 25); do printf '0\r\n' >> "$WORK/program/Files/Quillmere.ini"; done
 sox -n -r 8000 -c 1 "$WORK/voice.wav" synth 5 sine 440 2>/dev/null
 
-cat > "$WORK/drive.sh" <<'DRIVE'
-#!/bin/sh
-set -eu
-"$1/program/quillmere" "$1/voice.wav" > "$1/out.log" 2>&1 &
-PID=$!
-WIN=""
-for _ in $(seq 1 100); do
-    WIN="$(xdotool search --name '^Quillmere$' 2>/dev/null | head -n 1 || true)"
-    [ -n "$WIN" ] && break
-    sleep 0.1
-done
-if [ -z "$WIN" ]; then
-    echo "the player window did not appear" >&2
-    cat "$1/out.log" >&2
-    kill "$PID" 2>/dev/null || true
-    exit 1
-fi
-sleep 1
-xdotool windowfocus --sync "$WIN" 2>/dev/null || true
-xdotool key --clearmodifiers ctrl+q
-for _ in $(seq 1 100); do
-    kill -0 "$PID" 2>/dev/null || break
-    sleep 0.1
-done
-if kill -0 "$PID" 2>/dev/null; then
-    echo "the program did not quit on Ctrl+Q" >&2
-    kill "$PID"
-    exit 1
-fi
-wait "$PID"
-DRIVE
-chmod +x "$WORK/drive.sh"
-
-xvfb-run -a -s "-screen 0 1280x800x24" "$WORK/drive.sh" "$WORK"
+xvfb-run -a -s "-screen 0 1280x800x24" "$(dirname "$0")/../support/start_and_quit.sh" \
+    "$WORK/program/quillmere" "$WORK/voice.wav" "$WORK/out.log"
 
 LINES="$(wc -l < "$WORK/program/Files/Quillmere.ini")"
 if [ "$LINES" -ne 25 ]; then
