@@ -25,7 +25,9 @@ QString entryOfLine(const QString &line)
     const qsizetype keep = line.size() - 2;
     if (line.size() <= 3 || keep <= 0)
         return QString();
-    return line.mid(3, keep);
+    // The count is of UTF-16 units: a cut through a pair of them leaves a half
+    // that is no character.
+    return TextFile::withoutLoneSurrogates(line.mid(3, keep));
 }
 
 Result apply(const QStringList &lines, LanguageTable &table)

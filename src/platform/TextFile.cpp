@@ -9,11 +9,11 @@ namespace TextFile {
 
 namespace {
 
-// UTF-16 from another program may hold a half of a surrogate pair alone; it
-// is no character, and would be written back as something else.
 // One byte order mark is taken off by hand; a second one is the text's own
 // first character, which the decoders would otherwise drop as well.
 constexpr auto KeepMarks = QStringDecoder::Flag::ConvertInitialBom;
+
+} // namespace
 
 QString withoutLoneSurrogates(QString text)
 {
@@ -27,8 +27,6 @@ QString withoutLoneSurrogates(QString text)
     return text;
 }
 
-} // namespace
-
 QString decode(const QByteArray &bytes, const char *legacyCodec)
 {
     if (bytes.startsWith("\xFF\xFE"))
@@ -41,7 +39,7 @@ QString decode(const QByteArray &bytes, const char *legacyCodec)
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | KeepMarks);
     QString text = utf8.decode(data);
     if (!utf8.hasError())
-        return text;
+        return withoutLoneSurrogates(text);
     QStringDecoder legacy(legacyCodec);
     if (!legacy.isValid())
         legacy = QStringDecoder(QStringDecoder::Latin1);

@@ -28,6 +28,11 @@ const char *legacyCodecFor(const QString &languageFile, const QString &localeNam
 // known binary container (zip, as in .docx and .odt, or an OLE compound file).
 bool looksBinary(const QByteArray &bytes);
 
+// Half of a surrogate pair standing alone (UTF-16 or UTF-8 from another
+// program may hold one) is no character and would be written back as
+// something else: it becomes the replacement character.
+QString withoutLoneSurrogates(QString text);
+
 // The program's Trim and RTrim: blanks only, never tabs, line breaks or
 // other white space (a text of tabs is not empty to them).
 QString trimBlanks(const QString &text);
