@@ -5,6 +5,7 @@
 
 #include "editor/RTB.h"
 #include "editor/UndoHistory.h"
+#include "Transcript.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -14,34 +15,6 @@
 #include <vector>
 
 namespace {
-
-// About 500 KB of transcript: time-stamped turns of a few hundred
-// characters, each its own paragraph.
-QString transcript(qsizetype size)
-{
-    static const char *words[] = {"the", "witness", "said", "that", "on", "monday", "morning", "she",
-                                  "went", "to", "office", "and", "found", "door", "already", "open",
-                                  "counsel", "asked", "whether", "anyone", "else", "had", "keys"};
-    QString out;
-    out.reserve(size + 400);
-    unsigned seed = 12345;
-    int turn = 0;
-    while (out.size() < size) {
-        out += QStringLiteral("[%1:%2:%3] Speaker %4: ")
-                   .arg(turn / 3600, 2, 10, QLatin1Char('0'))
-                   .arg(turn / 60 % 60, 2, 10, QLatin1Char('0'))
-                   .arg(turn % 60, 2, 10, QLatin1Char('0'))
-                   .arg(turn % 2 + 1);
-        for (int w = 0; w < 50; ++w) {
-            seed = seed * 1103515245u + 12345u;
-            out += QString::fromLatin1(words[(seed >> 16) % (sizeof words / sizeof *words)]);
-            out += u' ';
-        }
-        out += QStringLiteral("\r\n");
-        turn += 7;
-    }
-    return out;
-}
 
 double percentile(std::vector<double> v, double p)
 {

@@ -8,6 +8,7 @@
 #include "editor/RTB.h"
 #include "editor/journal/RecoveryJournal.h"
 #include "platform/fake/VirtualClock.h"
+#include "Transcript.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -19,25 +20,6 @@
 #include <vector>
 
 namespace {
-
-QString transcript(qsizetype size)
-{
-    static const char *words[] = {"the", "witness", "said", "that", "on", "monday", "morning", "she",
-                                  "went", "to", "office", "and", "found", "door", "already", "open"};
-    QString out;
-    unsigned seed = 12345;
-    int turn = 0;
-    while (out.size() < size) {
-        out += QStringLiteral("[%1:%2] Speaker %3: ").arg(turn / 60, 2, 10, QLatin1Char('0')).arg(turn % 60, 2, 10, QLatin1Char('0')).arg(turn % 2 + 1);
-        for (int w = 0; w < 50; ++w) {
-            seed = seed * 1103515245u + 12345u;
-            out += QString::fromLatin1(words[(seed >> 16) % (sizeof words / sizeof *words)]) + u' ';
-        }
-        out += QStringLiteral("\r\n");
-        turn += 7;
-    }
-    return out;
-}
 
 struct Figures
 {

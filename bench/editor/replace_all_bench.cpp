@@ -7,6 +7,7 @@
 #include "editor/FindWindow.h"
 #include "editor/RTB.h"
 #include "editor/UndoHistory.h"
+#include "Transcript.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -14,36 +15,6 @@
 #include <cstdio>
 
 namespace {
-
-// About 500 KB of time-stamped turns, one paragraph each, in which every
-// eighth word is "and": about 10,000 of them.
-QString transcript(qsizetype size)
-{
-    static const char *words[] = {"the", "witness", "said", "that", "on", "monday", "morning", "she",
-                                  "went", "to", "office", "found", "door", "already", "open",
-                                  "counsel", "asked", "whether", "anyone", "else", "had", "keys"};
-    QString out;
-    out.reserve(size + 400);
-    unsigned seed = 12345;
-    int turn = 0;
-    int n = 0;
-    while (out.size() < size) {
-        out += QStringLiteral("[%1:%2:%3] Speaker %4: ")
-                   .arg(turn / 3600, 2, 10, QLatin1Char('0'))
-                   .arg(turn / 60 % 60, 2, 10, QLatin1Char('0'))
-                   .arg(turn % 60, 2, 10, QLatin1Char('0'))
-                   .arg(turn % 2 + 1);
-        for (int w = 0; w < 50; ++w, ++n) {
-            seed = seed * 1103515245u + 12345u;
-            out += n % 8 == 7 ? QStringLiteral("and")
-                              : QString::fromLatin1(words[(seed >> 16) % (sizeof words / sizeof *words)]);
-            out += u' ';
-        }
-        out += QStringLiteral("\r\n");
-        turn += 7;
-    }
-    return out;
-}
 
 // A field of /proc/self/status in KiB (VmRSS, VmHWM).
 long statusKiB(const char *field)
@@ -88,7 +59,7 @@ int main(int argc, char **argv)
     rtb.resize(800, 600);
     rtb.show();
 
-    const QString text = transcript(500000);
+    const QString text = transcript(500000, 12);
     const qsizetype expected = text.count(QStringLiteral("and"));
     rtb.setText(text);
     rtb.setSelStart(0);

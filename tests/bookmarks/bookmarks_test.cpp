@@ -3,6 +3,7 @@
 // and the exit. The line format itself is tested in bookmark_file_test.
 
 #include "TestApp.h"
+#include "WithForm4.h"
 
 #include "bookmarks/BookmarkFile.h"
 #include "bookmarks/Form3.h"
@@ -36,27 +37,6 @@ QByteArray fileOf(const QStringList &lines)
     return out;
 }
 
-// Runs `use` on the Form4 that `open` shows modally, from inside the
-// dialog's own loop, as a user works it; a dialog still open afterwards is
-// cancelled, so a failing test cannot hang. False when no dialog came.
-bool withForm4(const std::function<void()> &open, const std::function<void(Form4 &)> &use)
-{
-    bool seen = false;
-    QTimer poke;
-    poke.setSingleShot(true);
-    QObject::connect(&poke, &QTimer::timeout, &poke, [&] {
-        auto *dialog = dynamic_cast<Form4 *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        seen = true;
-        use(*dialog);
-        if (!dialog->isUnloaded())
-            dialog->Command2_Click();
-    });
-    poke.start(0);
-    open();
-    return seen;
-}
 
 // The program with the shipped English texts and a media file open.
 struct Marks
