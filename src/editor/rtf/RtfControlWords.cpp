@@ -182,6 +182,10 @@ void Reader::controlWord(std::string_view word, bool hasParam, int param)
         s.dest = Dest::Skip;
         return;
     }
+    // Nothing in a skipped group acts: a \deff or \ansicpg there would
+    // change how the rest of the document reads.
+    if (dest == Dest::Skip)
+        return;
 
     switch (kw) {
     case Kw::Par: endParagraph(); break;
