@@ -15,17 +15,14 @@
 
 namespace {
 
-const QString CrLf = QStringLiteral("\r\n");
-
 // The editor with `text`, a selection, and the find window opened by its
 // key (Ctrl+F, or Ctrl+H for Replace).
 frmFind &openFind(TestApp &app, const QString &text, qint32 selStart, qint32 selLength, bool replace)
 {
-    RichTextBox &rtb = *app.form2().RTB;
-    rtb.setText(text);
-    rtb.setSelStart(selStart);
-    rtb.setSelLength(selLength);
-    QTest::keyClick(&rtb, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
+    RichTextBox *rtb = app.form2().RTB;
+    rtb->setText(text);
+    select(rtb, selStart, selLength);
+    QTest::keyClick(rtb, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
     return *app.form2().existingFrmFind();
 }
 
@@ -102,14 +99,14 @@ TEST(FindReplace, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
 
 TEST_F(FindWindow, ASelectionOfTwoLinesSearchesItsFirstLineAndTheFirstReplacementPutsTheBreakBack)
 {
-    frmFind &find = openFind(app, QStringLiteral("alpha") + CrLf + QStringLiteral("beta alpha"), 0, 11, true);
+    frmFind &find = openFind(app, QStringLiteral("alpha\r\nbeta alpha"), 0, 11, true);
     EXPECT_EQ(history(find.cboFind), QStringLiteral("alpha"));
     EXPECT_TRUE(find.TagliatoCrLf);
     find.cboReplace->setEditText(QStringLiteral("omega"));
     rtb->setSelStart(0);
     for (int i = 0; i < 3; ++i)
         press(app, find.cmdReplace);
-    EXPECT_EQ(rtb->Text(), QStringLiteral("omega") + CrLf + CrLf + QStringLiteral("beta omega"));
+    EXPECT_EQ(rtb->Text(), QStringLiteral("omega\r\n\r\nbeta omega"));
     // No hit left: the message of entry 65 at every press.
     EXPECT_EQ(press(app, find.cmdReplace).section(u' ', -1), QStringLiteral("T65"));
 }

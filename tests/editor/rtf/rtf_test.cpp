@@ -292,16 +292,11 @@ TEST(ReadPictures, PngAndJpegAreShownOthersHoldTheirPlaceAndAllAreWrittenBackAsT
 TEST(ReadPictures, ContentTheEditorCannotKeepIsReported)
 {
     const struct { const char *rtf; bool lost; } cases[] = {
-        {"{\\rtf1 a\\par b}", false},
-        {"{\\rtf1{\\*\\shppict{\\pict\\pngblip 00}}{\\nonshppict{\\pict 00}}}", false},
+        {"{\\rtf1 a\\par b}", false}, {"{\\rtf1{\\*\\shppict{\\pict\\pngblip 00}}{\\nonshppict{\\pict 00}}}", false},
         {"{\\rtf1{\\stylesheet{\\s1 header;}{\\*\\cs2 footnote reference;}}a}", false},
-        {"{\\rtf1{\\header page}a}", true},
-        {"{\\rtf1{\\footerl f}a}", true},
-        {"{\\rtf1 a{\\footnote note}}", true},
-        {"{\\rtf1\\trowd\\cellx100\\pard\\intbl a\\cell\\row}", true},
-        {"{\\rtf1{\\shp{\\*\\shpinst x}}}", true},
-        {"{\\rtf1{\\object{\\*\\objdata 01}{\\result r}}}", true},
-        {"{\\rtf1{\\*\\annotation c}a}", true},
+        {"{\\rtf1{\\header page}a}", true}, {"{\\rtf1{\\footerl f}a}", true}, {"{\\rtf1 a{\\footnote note}}", true},
+        {"{\\rtf1\\trowd\\cellx100\\pard\\intbl a\\cell\\row}", true}, {"{\\rtf1{\\shp{\\*\\shpinst x}}}", true},
+        {"{\\rtf1{\\object{\\*\\objdata 01}{\\result r}}}", true}, {"{\\rtf1{\\*\\annotation c}a}", true},
         {"{\\rtf1{\\info{\\*\\footnote x}}a}", false},
     };
     for (const auto &c : cases) {
