@@ -230,21 +230,17 @@ TEST(ReadFormats, ParagraphPropertiesApplyAtTheParagraphEndAndPardResetsThem)
 {
     const auto doc = read("{\\rtf1\\qc a\\par b\\par\\pard c\\par\\qr d\\par\\pard\\qj e\\par"
                           "\\pard\\ql f\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 g\\par}");
-    QList<QTextBlockFormat> blocks;
-    for (QTextBlock b = doc->begin(); b.isValid(); b = b.next())
-        blocks.append(b.blockFormat());
-    ASSERT_EQ(blocks.size(), 7);
-    EXPECT_EQ(blocks[0].alignment(), Qt::AlignHCenter);
-    EXPECT_EQ(blocks[1].alignment(), Qt::AlignHCenter);
-    EXPECT_TRUE(blocks[2].properties().isEmpty());
-    EXPECT_EQ(blocks[3].alignment(), Qt::AlignRight);
-    EXPECT_EQ(blocks[4].alignment(), Qt::AlignJustify);
-    EXPECT_TRUE(blocks[5].hasProperty(QTextFormat::BlockAlignment));
-    EXPECT_EQ(blocks[6].leftMargin(), 48);
-    EXPECT_EQ(blocks[6].rightMargin(), 24);
-    EXPECT_EQ(blocks[6].textIndent(), -24);
-    EXPECT_EQ(blocks[6].topMargin(), 8);
-    EXPECT_EQ(blocks[6].bottomMargin(), 16);
+    // Per paragraph: the alignment flags, then the margins left, right, of
+    // the first line, above and below, in pixels; "-" for no property.
+    QStringList paragraphs;
+    for (QTextBlock b = doc->begin(); b.isValid(); b = b.next()) {
+        const QTextBlockFormat f = b.blockFormat();
+        paragraphs.append(f.properties().isEmpty() ? QStringLiteral("-")
+                              : QStringLiteral("%1 %2 %3 %4 %5 %6").arg(int(f.alignment())).arg(f.leftMargin())
+                                    .arg(f.rightMargin()).arg(f.textIndent()).arg(f.topMargin()).arg(f.bottomMargin()));
+    }
+    EXPECT_EQ(paragraphs.join(u'|'), QStringLiteral("4 0 0 0 0 0|4 0 0 0 0 0|-|2 0 0 0 0 0|8 0 0 0 0 0|"
+                                                    "1 0 0 0 0 0|1 48 24 -24 8 16"));
 }
 
 QByteArray pictureHex(const char *format)
