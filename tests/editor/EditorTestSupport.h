@@ -50,6 +50,27 @@ inline void startEditor(TestApp &app, const QString &languageFile = QStringLiter
     editor.RTB->setFocus();
 }
 
+// The fixture of most editor tests: the program started with the editor.
+class EditorTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        startEditor(app);
+        editor = &app.form2();
+        rtb = editor->RTB;
+    }
+    TestApp app;
+    Form2 *editor = nullptr;
+    RichTextBox *rtb = nullptr;
+};
+
+inline void select(RichTextBox *rtb, qint32 start, qint32 length)
+{
+    rtb->setSelStart(start);
+    rtb->setSelLength(length);
+}
+
 // Real key events into the text: characters, and "\n" as Enter.
 inline void typeText(QWidget *w, const QString &text)
 {

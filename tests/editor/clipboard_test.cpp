@@ -23,19 +23,15 @@ void bringToFront(QWidget &w)
 
 } // namespace
 
-TEST(EditorClipboard, CopyKeepsFormattingInsideAndGivesPlainTextOutside)
+using EditorClipboard = EditorTest;
+
+TEST_F(EditorClipboard, CopyKeepsFormattingInsideAndGivesPlainTextOutside)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox *rtb = editor.RTB;
     typeText(rtb, QStringLiteral("hello world"));
-    rtb->setSelStart(0);
-    rtb->setSelLength(5);
-    editor.Label2_Click(4);
-    rtb->setSelStart(0);
-    rtb->setSelLength(5);
-    editor.mnuCopia_Click();
+    select(rtb, 0, 5);
+    editor->Label2_Click(4);
+    select(rtb, 0, 5);
+    editor->mnuCopia_Click();
     EXPECT_TRUE(clipboardText().startsWith(QStringLiteral("{\\rtf")));
 
     // Another window in front: within one tick the plain form is there.
@@ -43,26 +39,22 @@ TEST(EditorClipboard, CopyKeepsFormattingInsideAndGivesPlainTextOutside)
     bringToFront(other);
     app.advance(200);
     EXPECT_EQ(clipboardText(), QStringLiteral("hello"));
-    EXPECT_FALSE(editor.ClipRtfOn);
+    EXPECT_FALSE(editor->ClipRtfOn);
 
     // Back in the editor: the RTF source again, and a paste brings the
     // formatting with it.
-    bringToFront(editor);
+    bringToFront(*editor);
     app.advance(200);
     EXPECT_TRUE(clipboardText().startsWith(QStringLiteral("{\\rtf")));
     rtb->setSelStart(rtb->textLength());
-    editor.mnuIncolla_Click();
+    editor->mnuIncolla_Click();
     EXPECT_EQ(rtb->Text(), QStringLiteral("hello worldhello"));
-    rtb->setSelStart(11);
-    rtb->setSelLength(5);
+    select(rtb, 11, 5);
     EXPECT_EQ(rtb->SelBold(), std::optional<bool>(true));
 }
 
-TEST(EditorClipboard, TheSwapWipesForeignTextAndAnEmptyCopyPastesNothing)
+TEST_F(EditorClipboard, TheSwapWipesForeignTextAndAnEmptyCopyPastesNothing)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
     // Before any copy, the first tick with another window in front empties
     // the clipboard, as designed.
     QGuiApplication::clipboard()->setText(QStringLiteral("from elsewhere"));
@@ -70,66 +62,56 @@ TEST(EditorClipboard, TheSwapWipesForeignTextAndAnEmptyCopyPastesNothing)
     app.advance(200);
     EXPECT_EQ(clipboardText(), QString());
 
-    bringToFront(editor);
-    typeText(editor.RTB, QStringLiteral("abc"));
-    editor.mnuCopia_Click();
-    EXPECT_TRUE(editor.clipRtf.startsWith(QStringLiteral("{\\rtf")));
-    EXPECT_TRUE(editor.clipPlain.isEmpty());
-    editor.mnuIncolla_Click();
-    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("abc"));
+    bringToFront(*editor);
+    typeText(rtb, QStringLiteral("abc"));
+    editor->mnuCopia_Click();
+    EXPECT_TRUE(editor->clipRtf.startsWith(QStringLiteral("{\\rtf")));
+    EXPECT_TRUE(editor->clipPlain.isEmpty());
+    editor->mnuIncolla_Click();
+    EXPECT_EQ(rtb->Text(), QStringLiteral("abc"));
 }
 
-TEST(EditorClipboard, PasteTakesAnRtfFormFirstThenPlainText)
+TEST_F(EditorClipboard, PasteTakesAnRtfFormFirstThenPlainText)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
     auto *data = new QMimeData;
     data->setData(QStringLiteral("text/rtf"), QByteArrayLiteral("{\\rtf1\\ansi {\\b bold}}"));
     data->setText(QStringLiteral("ignored"));
     QGuiApplication::clipboard()->setMimeData(data);
-    editor.mnuIncolla_Click();
-    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("bold"));
+    editor->mnuIncolla_Click();
+    EXPECT_EQ(rtb->Text(), QStringLiteral("bold"));
 
     QGuiApplication::clipboard()->setText(QStringLiteral(" one\ntwo"));
-    editor.mnuIncolla_Click();
-    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("bold one\r\ntwo"));
+    editor->mnuIncolla_Click();
+    EXPECT_EQ(rtb->Text(), QStringLiteral("bold one\r\ntwo"));
 
     // Leaving the text for another control puts the selection on the
     // clipboard as plain text.
-    editor.RTB->setSelStart(0);
-    editor.RTB->setSelLength(4);
-    editor.RTB->clearFocus();
+    select(rtb, 0, 4);
+    rtb->clearFocus();
     EXPECT_EQ(clipboardText(), QStringLiteral("bold"));
 }
 
-TEST(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)
+TEST_F(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    editor.mnuTimeStamp_Click();
-    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("[00:00:00] "));
-    EXPECT_EQ(editor.RTB->SelStart(), 11);
-
-    const struct { double at; const char *want; } cases[] = {{3723, "[01:02:03] "}, {65, "[00:01:05] "}, {360000, ""}};
+    const struct { double at; const char *want; } cases[] = {
+        {-1, "[00:00:00] "}, {3723, "[01:02:03] "}, {65, "[00:01:05] "}, {360000, ""}};
     for (const auto &c : cases) {
-        app.form1().ApriMedia(app.mediaFile(QStringLiteral("long.wav"), 400000));
-        app.player->pause();
-        app.player->setCurrentPosition(c.at);
-        editor.RTB->setText(QString());
-        editor.mnuTimeStamp_Click();
-        EXPECT_EQ(editor.RTB->Text(), QString::fromLatin1(c.want)) << c.at;
+        if (c.at >= 0) { // else no media loaded
+            app.form1().ApriMedia(app.mediaFile(QStringLiteral("long.wav"), 400000));
+            app.player->pause();
+            app.player->setCurrentPosition(c.at);
+        }
+        rtb->setText(QString());
+        editor->mnuTimeStamp_Click();
+        EXPECT_EQ(rtb->Text(), QString::fromLatin1(c.want)) << c.at;
+        EXPECT_EQ(rtb->SelStart(), rtb->textLength()) << c.at;
     }
-    EXPECT_TRUE(editor.mnuTimeStamp->isEnabled());
+    EXPECT_TRUE(editor->mnuTimeStamp->isEnabled());
 }
 
-TEST(EditorClipboard, TypingArmsThePlayersWatchOnlyWhenTheOptionIsOn)
+TEST_F(EditorClipboard, TypingArmsThePlayersWatchOnlyWhenTheOptionIsOn)
 {
-    TestApp app;
-    startEditor(app);
     Form1 &player = app.form1();
-    RichTextBox *rtb = app.form2().RTB;
     typeText(rtb, QStringLiteral("ab"));
     EXPECT_EQ(player.Timer6->interval(), 0);
 
@@ -138,6 +120,6 @@ TEST(EditorClipboard, TypingArmsThePlayersWatchOnlyWhenTheOptionIsOn)
     EXPECT_EQ(player.Timer6->interval(), 1300);
     // An undo changes the text too.
     player.Timer6->setInterval(0);
-    app.form2().mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
     EXPECT_EQ(player.Timer6->interval(), 1300);
 }

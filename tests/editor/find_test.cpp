@@ -15,17 +15,14 @@
 
 namespace {
 
-const QString CrLf = QStringLiteral("\r\n");
-
 // The editor with `text`, a selection, and the find window opened by its
 // key (Ctrl+F, or Ctrl+H for Replace).
 frmFind &openFind(TestApp &app, const QString &text, qint32 selStart, qint32 selLength, bool replace)
 {
-    RichTextBox &rtb = *app.form2().RTB;
-    rtb.setText(text);
-    rtb.setSelStart(selStart);
-    rtb.setSelLength(selLength);
-    QTest::keyClick(&rtb, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
+    RichTextBox *rtb = app.form2().RTB;
+    rtb->setText(text);
+    select(rtb, selStart, selLength);
+    QTest::keyClick(rtb, replace ? Qt::Key_H : Qt::Key_F, Qt::ControlModifier);
     return *app.form2().existingFrmFind();
 }
 
@@ -51,10 +48,10 @@ QString history(const QComboBox *box)
 
 } // namespace
 
-TEST(FindWindow, FindCaptionCarriesTheSearchToTheEndAndBackToTheTop)
+using FindWindow = EditorTest;
+
+TEST_F(FindWindow, FindCaptionCarriesTheSearchToTheEndAndBackToTheTop)
 {
-    TestApp app;
-    startEditor(app);
     frmFind &find = openFind(app, QStringLiteral("one two one two"), 4, 4, false);
     // The selection, trimmed, is the search text; Find hides the replace part.
     EXPECT_EQ(find.cboFind->currentText() + u' ' + find.windowTitle(), QStringLiteral("two T56..."));
@@ -75,7 +72,7 @@ TEST(FindWindow, FindCaptionCarriesTheSearchToTheEndAndBackToTheTop)
     EXPECT_EQ(press(app, find.cmdFind), QStringLiteral("0+3 &T56 T65"));
 }
 
-TEST(FindWindow, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
+TEST(FindReplace, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
 {
     struct Case { bool wholeWord, matchCase; const char *text, *afterSecondPress, *selection; };
     // Whole word: the look-ahead is a case-sensitive search of any
@@ -100,24 +97,21 @@ TEST(FindWindow, ReplaceIsArmedBySecondPressAndLooksAheadWithDoubledOptions)
     }
 }
 
-TEST(FindWindow, ASelectionOfTwoLinesSearchesItsFirstLineAndTheFirstReplacementPutsTheBreakBack)
+TEST_F(FindWindow, ASelectionOfTwoLinesSearchesItsFirstLineAndTheFirstReplacementPutsTheBreakBack)
 {
-    TestApp app;
-    startEditor(app);
-    RichTextBox &rtb = *app.form2().RTB;
-    frmFind &find = openFind(app, QStringLiteral("alpha") + CrLf + QStringLiteral("beta alpha"), 0, 11, true);
+    frmFind &find = openFind(app, QStringLiteral("alpha\r\nbeta alpha"), 0, 11, true);
     EXPECT_EQ(history(find.cboFind), QStringLiteral("alpha"));
     EXPECT_TRUE(find.TagliatoCrLf);
     find.cboReplace->setEditText(QStringLiteral("omega"));
-    rtb.setSelStart(0);
+    rtb->setSelStart(0);
     for (int i = 0; i < 3; ++i)
         press(app, find.cmdReplace);
-    EXPECT_EQ(rtb.Text(), QStringLiteral("omega") + CrLf + CrLf + QStringLiteral("beta omega"));
+    EXPECT_EQ(rtb->Text(), QStringLiteral("omega\r\n\r\nbeta omega"));
     // No hit left: the message of entry 65 at every press.
     EXPECT_EQ(press(app, find.cmdReplace).section(u' ', -1), QStringLiteral("T65"));
 }
 
-TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
+TEST(FindReplace, ReplaceAllRunsFromTheCaretAndReportsItsCount)
 {
     struct Case { const char *text; qint32 selStart, selLength; const char *find, *with, *result; qint32 count; };
     const Case cases[] = {
@@ -148,11 +142,8 @@ TEST(FindWindow, ReplaceAllRunsFromTheCaretAndReportsItsCount)
     }
 }
 
-TEST(FindWindow, HistoryDropsAndTheWindowsLifetime)
+TEST_F(FindWindow, HistoryDropsAndTheWindowsLifetime)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
     frmFind &find = openFind(app, QStringLiteral("text"), 0, 0, false);
     // Exact duplicates (case counts) and blank texts are not added; the
     // order is that of the first use; there is no limit.
@@ -174,20 +165,20 @@ TEST(FindWindow, HistoryDropsAndTheWindowsLifetime)
     EXPECT_TRUE(history(find.cboFind).endsWith(QStringLiteral(",k,dropped")));
 
     // Replace while loaded keeps the look of the first opening.
-    editor.mnuSostituisci_Click();
+    editor->mnuSostituisci_Click();
     EXPECT_FALSE(find.cmdReplace->isVisibleTo(&find));
     // Cancel unloads: the next opening is a fresh window in its own mode.
     QTest::mouseClick(find.cmdCancel, Qt::LeftButton);
-    EXPECT_EQ(editor.existingFrmFind(), nullptr);
-    editor.RTB->setSelStart(0);
-    editor.mnuSostituisci_Click();
-    frmFind *again = editor.existingFrmFind();
+    EXPECT_EQ(editor->existingFrmFind(), nullptr);
+    editor->RTB->setSelStart(0);
+    editor->mnuSostituisci_Click();
+    frmFind *again = editor->existingFrmFind();
     ASSERT_NE(again, nullptr);
     EXPECT_TRUE(again->cmdReplace->isVisibleTo(again));
     EXPECT_EQ(again->cboFind->count(), 0);
     // The exit hides it at once and unloads it 100 ms later.
-    editor.frmFindAtExit();
+    editor->frmFindAtExit();
     EXPECT_FALSE(again->isVisible());
     app.advance(100);
-    EXPECT_EQ(editor.existingFrmFind(), nullptr);
+    EXPECT_EQ(editor->existingFrmFind(), nullptr);
 }

@@ -38,7 +38,9 @@ QByteArray journalOf(TestApp &app)
 
 } // namespace
 
-TEST(KeepText, PlainTextDecodesByMarkUtf8AndTheUsersCodePage)
+using KeepText = EditorTest;
+
+TEST(KeepTextDecoding, PlainTextDecodesByMarkUtf8AndTheUsersCodePage)
 {
     struct Case { const char *encoding; bool bom; const char *language; const char *locale; QString text; };
     const QString french = QStringLiteral("Où êtes-vous, garçon ? Déjà là.");
@@ -61,24 +63,18 @@ TEST(KeepText, PlainTextDecodesByMarkUtf8AndTheUsersCodePage)
     }
 }
 
-TEST(KeepText, OpenRefusesWhatIsNotTextAndReadsRtfBehindAMark)
+TEST(KeepTextOpen, OpenRefusesWhatIsNotTextAndReadsRtfBehindAMark)
 {
     TestApp app;
     startEditor(app, QStringLiteral("Russian.lng"));
     Form2 &editor = app.form2();
     typeText(editor.RTB, QStringLiteral("kept"));
-    const struct { const char *name; QByteArray bytes; } refused[] = {
-        {"letter.docx", QByteArray("PK\x03\x04\x14\0\x06\0", 8) + "word/document.xml"},
-    };
-    for (const auto &r : refused) {
-        const QString path = app.folder.file(QString::fromUtf8(r.name));
-        app.folder.write(QString::fromUtf8(r.name), r.bytes);
-        editor.ApriDocumento(path);
-        EXPECT_EQ(editor.RTB->Text(), QStringLiteral("kept")) << r.name;
-        EXPECT_EQ(app.ctx().FileEditor, QString()) << r.name;
-        ASSERT_FALSE(app.dialogs->messages.isEmpty());
-        EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T138"));
-    }
+    app.folder.write(QStringLiteral("letter.docx"), QByteArray("PK\x03\x04\x14\0\x06\0", 8) + "word/document.xml");
+    editor.ApriDocumento(app.folder.file(QStringLiteral("letter.docx")));
+    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("kept"));
+    EXPECT_EQ(app.ctx().FileEditor, QString());
+    ASSERT_FALSE(app.dialogs->messages.isEmpty());
+    EXPECT_EQ(app.dialogs->messages.last().text, QStringLiteral("T138"));
 
     // The language in use decides the code page of a file that is not UTF-8.
     app.folder.write(QStringLiteral("ru.txt"), QByteArray("\xcf\xf0\xe8\xe2\xe5\xf2"));
@@ -92,12 +88,9 @@ TEST(KeepText, OpenRefusesWhatIsNotTextAndReadsRtfBehindAMark)
     EXPECT_EQ(editor.RTB->SelBold(), std::optional<bool>(true));
 }
 
-TEST(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
+TEST_F(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    typeText(editor.RTB, QStringLiteral("hours of work"));
+    typeText(rtb, QStringLiteral("hours of work"));
 
     // A folder that allows no temporary file, holding a file that may be
     // written and one that may not.
@@ -112,14 +105,14 @@ TEST(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
         WithoutRoot user;
         ASSERT_FALSE(QFile(folder + QStringLiteral("/probe")).open(QIODevice::WriteOnly));
         app.ctx().FileEditor = folder + QStringLiteral("/writable.rtf");
-        editor.Label2_Click(2);
+        editor->Label2_Click(2);
         EXPECT_TRUE(app.folder.read(QStringLiteral("locked/writable.rtf")).contains("hours of work"));
         EXPECT_EQ(app.ctx().TestoModificato, 0);
         EXPECT_EQ(app.dialogs->messages.size(), 0);
 
-        typeText(editor.RTB, QStringLiteral(" more"));
+        typeText(rtb, QStringLiteral(" more"));
         app.ctx().FileEditor = folder + QStringLiteral("/read-only.rtf");
-        editor.Label2_Click(2);
+        editor->Label2_Click(2);
         ASSERT_EQ(app.dialogs->messages.size(), 1);
         EXPECT_TRUE(app.dialogs->messages[0].text.startsWith(QStringLiteral("T136\r\r"))); // and the reason
         EXPECT_GT(app.dialogs->messages[0].text.size(), 6);
@@ -132,75 +125,65 @@ TEST(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
     QFile::setPermissions(folder, all | QFileDevice::WriteOwner);
 }
 
-TEST(KeepText, AFileThatLostContentAsksOnceBeforeTheFirstSaveOverIt)
+TEST_F(KeepText, AFileThatLostContentAsksOnceBeforeTheFirstSaveOverIt)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
     const QString path = app.folder.file(QStringLiteral("table.rtf"));
     app.folder.write(QStringLiteral("table.rtf"), "{\\rtf1 cells}");
-    editor.ApriDocumento(path);
-    editor.fileLosingContent = path; // as the reader marks a file with a table
-    typeText(editor.RTB, QStringLiteral("x"));
+    editor->ApriDocumento(path);
+    editor->fileLosingContent = path; // as the reader marks a file with a table
+    typeText(rtb, QStringLiteral("x"));
 
     app.dialogs->msgBoxAnswers = {MsgBox::No};
-    editor.Label2_Click(2);
+    editor->Label2_Click(2);
     ASSERT_EQ(app.dialogs->messages.size(), 1);
     EXPECT_EQ(app.dialogs->messages[0].text, QStringLiteral("T139"));
     EXPECT_TRUE(TextFile::readBytes(path).value_or(QByteArray()).contains("xcells"));
-    typeText(editor.RTB, QStringLiteral("y"));
-    editor.Label2_Click(2);
+    typeText(rtb, QStringLiteral("y"));
+    editor->Label2_Click(2);
     EXPECT_EQ(app.dialogs->messages.size(), 1);
 }
 
-TEST(KeepText, TheJournalFollowsUnsavedChangesAndIsOfferedBackAtTheNextStart)
+TEST_F(KeepText, TheJournalFollowsUnsavedChangesAndIsOfferedBackAtTheNextStart)
 {
-    QByteArray journal;
-    {
-        TestApp app;
-        startEditor(app);
-        Form2 &editor = app.form2();
-        typeText(editor.RTB, QStringLiteral("draft"));
-        app.advance(RecoveryJournal::IdleMs - 100);
-        EXPECT_EQ(journalOf(app), QByteArray());
-        app.advance(100);
-        EXPECT_TRUE(journalOf(app).contains("draft"));
+    typeText(rtb, QStringLiteral("draft"));
+    app.advance(RecoveryJournal::IdleMs - 100);
+    EXPECT_EQ(journalOf(app), QByteArray());
+    app.advance(100);
+    EXPECT_TRUE(journalOf(app).contains("draft"));
 
-        // Typing without a pause is written every 30 s at the latest.
-        for (int i = 0; i < 30; ++i) {
-            typeText(editor.RTB, QStringLiteral("+"));
-            app.advance(1000);
-        }
-        EXPECT_TRUE(journalOf(app).contains("draft" + QByteArray(30, '+')));
-
-        // A save removes it; formatting alone writes it again.
-        app.ctx().FileEditor = app.folder.file(QStringLiteral("saved.rtf"));
-        editor.Label2_Click(2);
-        EXPECT_EQ(journalOf(app), QByteArray());
-        editor.RTB->setSelStart(0);
-        editor.RTB->setSelLength(5);
-        editor.Label2_Click(4);
-        app.advance(RecoveryJournal::IdleMs);
-        journal = journalOf(app);
-        EXPECT_TRUE(journal.contains("\\b"));
-        // New removes it too.
-        editor.Label2_Click(0);
-        app.advance(RecoveryJournal::IdleMs);
-        EXPECT_EQ(journalOf(app), QByteArray());
+    // Typing without a pause is written every 30 s at the latest.
+    for (int i = 0; i < 30; ++i) {
+        typeText(rtb, QStringLiteral("+"));
+        app.advance(1000);
     }
+    EXPECT_TRUE(journalOf(app).contains("draft" + QByteArray(30, '+')));
+
+    // A save removes it; formatting alone writes it again.
+    app.ctx().FileEditor = app.folder.file(QStringLiteral("saved.rtf"));
+    editor->Label2_Click(2);
+    EXPECT_EQ(journalOf(app), QByteArray());
+    select(rtb, 0, 5);
+    editor->Label2_Click(4);
+    app.advance(RecoveryJournal::IdleMs);
+    const QByteArray journal = journalOf(app);
+    EXPECT_TRUE(journal.contains("\\b"));
+    // New removes it too.
+    editor->Label2_Click(0);
+    app.advance(RecoveryJournal::IdleMs);
+    EXPECT_EQ(journalOf(app), QByteArray());
     // Yes brings it back under the saved name (No, and a kill of the real
     // program, are the smoke test's).
-    TestApp app;
-    app.folder.write(QStringLiteral("Files/Recovery/Document.rtf"), journal);
-    app.dialogs->msgBoxAnswers = {MsgBox::Yes};
-    startEditor(app);
-    ASSERT_EQ(app.dialogs->messages.size(), 1);
-    EXPECT_EQ(app.dialogs->messages[0].text, QStringLiteral("T137"));
-    Form2 &editor = app.form2();
-    EXPECT_EQ(editor.RTB->Text(), QStringLiteral("draft") + QString(30, u'+'));
-    editor.RTB->setSelStart(1);
-    EXPECT_EQ(editor.RTB->SelBold(), std::optional<bool>(true));
-    EXPECT_EQ(QFileInfo(app.ctx().FileEditor).fileName(), QStringLiteral("saved.rtf"));
-    EXPECT_EQ(editor.windowTitle(), QStringLiteral("Editor - Document 1"));
-    EXPECT_EQ(app.ctx().TestoModificato, 1);
+    TestApp next;
+    next.folder.write(QStringLiteral("Files/Recovery/Document.rtf"), journal);
+    next.dialogs->msgBoxAnswers = {MsgBox::Yes};
+    startEditor(next);
+    ASSERT_EQ(next.dialogs->messages.size(), 1);
+    EXPECT_EQ(next.dialogs->messages[0].text, QStringLiteral("T137"));
+    RichTextBox *back = next.form2().RTB;
+    EXPECT_EQ(back->Text(), QStringLiteral("draft") + QString(30, u'+'));
+    back->setSelStart(1);
+    EXPECT_EQ(back->SelBold(), std::optional<bool>(true));
+    EXPECT_EQ(QFileInfo(next.ctx().FileEditor).fileName(), QStringLiteral("saved.rtf"));
+    EXPECT_EQ(next.form2().windowTitle(), QStringLiteral("Editor - Document 1"));
+    EXPECT_EQ(next.ctx().TestoModificato, 1);
 }

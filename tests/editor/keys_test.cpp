@@ -10,11 +10,6 @@
 
 namespace {
 
-int count(const QStringList &log, const QString &entry)
-{
-    return int(log.count(entry));
-}
-
 void sendKey(QWidget *w, QEvent::Type type, Qt::Key key, Qt::KeyboardModifiers mods, bool autoRepeat)
 {
     QKeyEvent event(type, key, mods, QString(), autoRepeat);
@@ -23,11 +18,10 @@ void sendKey(QWidget *w, QEvent::Type type, Qt::Key key, Qt::KeyboardModifiers m
 
 } // namespace
 
-TEST(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
+using EditorKeys = EditorTest;
+
+TEST_F(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
 {
-    TestApp app;
-    startEditor(app);
-    RichTextBox *rtb = app.form2().RTB;
     typeText(rtb, QStringLiteral("abc"));
 
     // Ctrl let go before Z: the release sees no Ctrl, nothing is undone,
@@ -43,8 +37,7 @@ TEST(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
     EXPECT_EQ(rtb->Text(), QStringLiteral("abc"));
 
     // Cut and paste through the keys, Ctrl held.
-    rtb->setSelStart(0);
-    rtb->setSelLength(1);
+    select(rtb, 0, 1);
     QTest::keyClick(rtb, Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(rtb->Text(), QStringLiteral("bc"));
     rtb->setSelStart(2);
@@ -53,8 +46,7 @@ TEST(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
 
     // Ctrl+I is italic on release; Shift+Insert and Ctrl+Shift+Z, the
     // control's own paste and redo, do nothing.
-    rtb->setSelStart(0);
-    rtb->setSelLength(3);
+    select(rtb, 0, 3);
     QTest::keyClick(rtb, Qt::Key_I, Qt::ControlModifier);
     EXPECT_EQ(rtb->SelItalic(), std::optional<bool>(true));
     QTest::keyClick(rtb, Qt::Key_Insert, Qt::ShiftModifier);
@@ -62,11 +54,8 @@ TEST(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
     EXPECT_EQ(rtb->Text(), QStringLiteral("bca"));
 }
 
-TEST(EditorKeys, SpeedKeysActOnPressTransportKeysOnceOnRelease)
+TEST_F(EditorKeys, SpeedKeysActOnPressTransportKeysOnceOnRelease)
 {
-    TestApp app;
-    startEditor(app);
-    RichTextBox *rtb = app.form2().RTB;
     app.player->clearLog();
 
     // Ctrl+F6: slower at once, and the step back comes with the release.
@@ -92,9 +81,9 @@ TEST(EditorKeys, SpeedKeysActOnPressTransportKeysOnceOnRelease)
         sendKey(rtb, QEvent::KeyRelease, Qt::Key_F5, Qt::NoModifier, true);
         sendKey(rtb, QEvent::KeyPress, Qt::Key_F5, Qt::NoModifier, true);
     }
-    EXPECT_EQ(count(app.player->log, QStringLiteral("play")), 0);
+    EXPECT_EQ(app.player->log.count(QStringLiteral("play")), 0);
     sendKey(rtb, QEvent::KeyRelease, Qt::Key_F5, Qt::NoModifier, false);
-    EXPECT_EQ(count(app.player->log, QStringLiteral("play")), 1);
+    EXPECT_EQ(app.player->log.count(QStringLiteral("play")), 1);
 
     // F11 toggles the full path on release; F12 does nothing here.
     const bool fullPath = app.form1().mnuTitoloCompleto->isChecked();
@@ -106,12 +95,8 @@ TEST(EditorKeys, SpeedKeysActOnPressTransportKeysOnceOnRelease)
     EXPECT_TRUE(rtb->Text().isEmpty());
 }
 
-TEST(EditorKeys, CtrlGroupNeedsCtrlAloneAndTheKeyNeverReachesTheText)
+TEST_F(EditorKeys, CtrlGroupNeedsCtrlAloneAndTheKeyNeverReachesTheText)
 {
-    TestApp app;
-    startEditor(app);
-    RichTextBox *rtb = app.form2().RTB;
-
     // Ctrl+Shift+O and Ctrl+Shift+M match no row.
     QTest::keyClick(rtb, Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
     QTest::keyClick(rtb, Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
@@ -130,7 +115,7 @@ TEST(EditorKeys, CtrlGroupNeedsCtrlAloneAndTheKeyNeverReachesTheText)
     EXPECT_TRUE(app.ctx().processEnded());
 }
 
-TEST(EditorKeys, BoldAndUnderlineLettersFollowTheLanguageFile)
+TEST(EditorKeyLetters, BoldAndUnderlineFollowTheLanguageFile)
 {
     const struct { const char *file; Qt::Key bold; Qt::Key underline; Qt::Key other; } languages[] = {
         {"Italiano.LNG", Qt::Key_G, Qt::Key_S, Qt::Key_B},
@@ -141,8 +126,7 @@ TEST(EditorKeys, BoldAndUnderlineLettersFollowTheLanguageFile)
         startEditor(app, QString::fromLatin1(language.file));
         RichTextBox *rtb = app.form2().RTB;
         typeText(rtb, QStringLiteral("word"));
-        rtb->setSelStart(0);
-        rtb->setSelLength(4);
+        select(rtb, 0, 4);
         QTest::keyClick(rtb, language.other, Qt::ControlModifier);
         EXPECT_EQ(rtb->SelBold(), std::optional<bool>(false)) << language.file;
         QTest::keyClick(rtb, language.bold, Qt::ControlModifier);
@@ -153,12 +137,9 @@ TEST(EditorKeys, BoldAndUnderlineLettersFollowTheLanguageFile)
     }
 }
 
-TEST(EditorKeys, RightButtonOpensTheEditMenuAtThePointer)
+TEST_F(EditorKeys, RightButtonOpensTheEditMenuAtThePointer)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    QTest::mouseClick(editor.RTB->viewport(), Qt::RightButton);
-    EXPECT_TRUE(editor.mnuModifica->isVisible());
-    editor.mnuModifica->hide();
+    QTest::mouseClick(rtb->viewport(), Qt::RightButton);
+    EXPECT_TRUE(editor->mnuModifica->isVisible());
+    editor->mnuModifica->hide();
 }

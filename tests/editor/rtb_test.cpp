@@ -2,10 +2,8 @@
 // once per edit, formats read as true, false or mixed, and search. Its files
 // are tested through the editor's commands.
 
-#include "editor/RTB.h"
+#include "EditorTestSupport.h"
 
-#include <QTest>
-#include <gtest/gtest.h>
 #include <random>
 
 TEST(RichTextBox, LineEndsCountAsTwoInTextAndPositions)
@@ -15,8 +13,7 @@ TEST(RichTextBox, LineEndsCountAsTwoInTextAndPositions)
     EXPECT_EQ(rtb.Text(), QStringLiteral("ab\r\ncd\r\nef\r\ng"));
     EXPECT_EQ(rtb.textLength(), 13);
 
-    rtb.setSelStart(4);
-    rtb.setSelLength(4);
+    select(&rtb, 4, 4);
     EXPECT_EQ(rtb.SelText(), QStringLiteral("cd\r\n"));
     // A caret between CR and LF goes before the break; a negative start is
     // refused; a start past the end stops at the end.
@@ -28,8 +25,7 @@ TEST(RichTextBox, LineEndsCountAsTwoInTextAndPositions)
     EXPECT_EQ(rtb.SelStart(), 13);
 
     // Writing the selection leaves the caret behind the new text.
-    rtb.setSelStart(2);
-    rtb.setSelLength(2);
+    select(&rtb, 2, 2);
     rtb.setSelText(QStringLiteral("X\r\nY"));
     EXPECT_EQ(rtb.Text(), QStringLiteral("abX\r\nYcd\r\nef\r\ng"));
     EXPECT_EQ(rtb.SelStart(), 6);
@@ -54,14 +50,12 @@ TEST(RichTextBox, ChangeFiresOncePerEditForTheProgramsEditsTooButNotForFormats)
     EXPECT_EQ(changes, 3);
 
     // A key over a selection is a removal and an insertion: one Change.
-    rtb.setSelStart(0);
-    rtb.setSelLength(2);
+    select(&rtb, 0, 2);
     QTest::keyClick(&rtb, Qt::Key_Z);
     EXPECT_EQ(changes, 4);
     EXPECT_EQ(rtb.Text(), QStringLiteral("zc"));
 
-    rtb.setSelStart(0);
-    rtb.setSelLength(2);
+    select(&rtb, 0, 2);
     rtb.setSelBold(true);
     rtb.setSelAlignment(2);
     rtb.setSelBullet(true);
@@ -79,19 +73,15 @@ TEST(RichTextBox, ChangeFiresOncePerEditForTheProgramsEditsTooButNotForFormats)
     EXPECT_EQ(rtb.Text(), QStringLiteral("\r\n"));
 }
 
-TEST(RichTextBox, FormatsReadMixedAndSizesStepFromTheCaret)
+// The other formats read mixed through the toolbar's tests.
+TEST(RichTextBox, FontNameReadsMixedAndSizesApplyAtTheCaret)
 {
     RichTextBox rtb;
     rtb.setText(QStringLiteral("plain bold"));
-    rtb.setSelStart(6);
-    rtb.setSelLength(4);
-    rtb.setSelBold(true);
+    select(&rtb, 6, 4);
     rtb.setSelFontName(QStringLiteral("Courier New"));
-    rtb.setSelStart(0);
-    rtb.setSelLength(10);
-    EXPECT_EQ(rtb.SelBold(), std::nullopt);
+    select(&rtb, 0, 10);
     EXPECT_EQ(rtb.SelFontName(), std::nullopt);
-    EXPECT_EQ(rtb.SelItalic(), std::optional<bool>(false));
     rtb.setSelStart(2);
     EXPECT_EQ(rtb.SelFontName(), std::optional<QString>(QStringLiteral("Arial")));
     EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(12));
@@ -99,7 +89,6 @@ TEST(RichTextBox, FormatsReadMixedAndSizesStepFromTheCaret)
     rtb.setSelFontSize(13);
     rtb.setSelFontSize(0); // refused
     EXPECT_EQ(rtb.SelFontSize(), std::optional<double>(13));
-    EXPECT_EQ(rtb.SelBullet(), std::optional<bool>(false));
 
     // Search without highlight leaves the selection (whole word and case are
     // the find window's tests).

@@ -50,7 +50,9 @@ void moveOver(QWidget *w)
 
 } // namespace
 
-TEST(EditorToolbar, EachFormatButtonActsOnTheSelectionAndSurvivesAnRtfRoundTrip)
+using EditorTools = EditorTest;
+
+TEST_F(EditorTools, EachFormatButtonActsOnTheSelectionAndSurvivesAnRtfRoundTrip)
 {
     // Right alignment is checked after centre, so that it is seen to move.
     const std::pair<int, const char *> cases[] = {
@@ -58,109 +60,85 @@ TEST(EditorToolbar, EachFormatButtonActsOnTheSelectionAndSurvivesAnRtfRoundTrip)
         {14, "00001 left 12"}, {9, "00000 centre 12"}, {10, "00000 right 12"}, {8, "00000 left 12"},
         {11, "00000 left 13"}, {12, "00000 left 11"},  {17, "00000 left 12"},
     };
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox &rtb = *editor.RTB;
     const QString file = app.folder.file(QStringLiteral("round.rtf"));
     for (const auto &[index, want] : cases) {
-        rtb.setText(QStringLiteral("plain words here"));
+        rtb->setText(QStringLiteral("plain words here"));
         if (index == 10 || index == 8)
-            editor.Label2_Click(9);
-        rtb.setSelStart(6);
-        rtb.setSelLength(5);
+            editor->Label2_Click(9);
+        select(rtb, 6, 5);
         if (index < 17)
-            QTest::mouseClick(editor.Label2[size_t(index)], Qt::LeftButton);
+            QTest::mouseClick(editor->Label2[size_t(index)], Qt::LeftButton);
         else
-            editor.Label2_Click(index);
-        EXPECT_EQ(formats(rtb), QString::fromLatin1(want)) << index;
-        ASSERT_TRUE(rtb.SaveFile(file));
-        ASSERT_TRUE(rtb.LoadFile(file));
-        rtb.setSelStart(6);
-        rtb.setSelLength(5);
-        EXPECT_EQ(formats(rtb), QString::fromLatin1(want)) << index << " after RTF";
+            editor->Label2_Click(index);
+        EXPECT_EQ(formats(*rtb), QString::fromLatin1(want)) << index;
+        ASSERT_TRUE(rtb->SaveFile(file));
+        ASSERT_TRUE(rtb->LoadFile(file));
+        select(rtb, 6, 5);
+        EXPECT_EQ(formats(*rtb), QString::fromLatin1(want)) << index << " after RTF";
     }
 
     // Part bold, part not: all bold, then a second press clears it.
-    rtb.setText(QStringLiteral("plain words"));
-    rtb.setSelLength(5);
-    editor.Label2_Click(4);
-    rtb.setSelLength(11);
+    rtb->setText(QStringLiteral("plain words"));
+    rtb->setSelLength(5);
+    editor->Label2_Click(4);
+    rtb->setSelLength(11);
     for (const char *want : {"?0000 left 12", "10000 left 12", "00000 left 12"}) {
-        EXPECT_EQ(formats(rtb), QString::fromLatin1(want));
-        editor.Label2_Click(4);
+        EXPECT_EQ(formats(*rtb), QString::fromLatin1(want));
+        editor->Label2_Click(4);
     }
 }
 
-TEST(EditorToolbar, FontBoxesApplyToTheSelectionOnlyWhenTheirTextIsValid)
+TEST_F(EditorTools, FontBoxesApplyToTheSelectionOnlyWhenTheirTextIsValid)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox &rtb = *editor.RTB;
-    rtb.setText(QStringLiteral("some text"));
-    rtb.selectAll();
+    rtb->setText(QStringLiteral("some text"));
+    rtb->selectAll();
     // Each keystroke applies at once; what isn't a size above 0 does nothing.
-    struct Typed
-    {
-        bool fresh; // the box's text is replaced, else typed behind
-        const char *keys;
-        const char *size;
-    };
-    const Typed typed[] = {
-        {true, "1", "1"}, {false, "3", "13"}, {true, "abc", "13"}, {true, "0", "13"}, {true, "9.5", "9.5"},
-    };
-    for (const Typed &t : typed) {
+    // fresh: the box's text is replaced, else typed behind.
+    const struct { bool fresh; const char *keys, *size; } typed[] = {
+        {true, "1", "1"}, {false, "3", "13"}, {true, "abc", "13"}, {true, "0", "13"}, {true, "9.5", "9.5"}};
+    for (const auto &t : typed) {
         if (t.fresh)
-            editor.Combo2->lineEdit()->selectAll();
-        QTest::keyClicks(editor.Combo2->lineEdit(), QString::fromLatin1(t.keys));
-        EXPECT_EQ(formats(rtb).section(u' ', 2), QString::fromLatin1(t.size)) << t.keys;
+            editor->Combo2->lineEdit()->selectAll();
+        QTest::keyClicks(editor->Combo2->lineEdit(), QString::fromLatin1(t.keys));
+        EXPECT_EQ(formats(*rtb).section(u' ', 2), QString::fromLatin1(t.size)) << t.keys;
     }
     // The size step leaves the box as it is.
-    editor.Label2_Click(11);
-    EXPECT_EQ(formats(rtb).section(u' ', 2) + u' ' + editor.Combo2->currentText(), QStringLiteral("10.5 9.5"));
+    editor->Label2_Click(11);
+    EXPECT_EQ(formats(*rtb).section(u' ', 2) + u' ' + editor->Combo2->currentText(), QStringLiteral("10.5 9.5"));
 
     // A name of the list applies; a typed name that matches none doesn't.
-    if (editor.Combo1->count() > 0) {
-        editor.Combo1->setEditText(QStringLiteral("No Such Font"));
-        EXPECT_NE(rtb.SelFontName().value_or(QString()), QStringLiteral("No Such Font"));
-        editor.Combo1->setCurrentIndex(0);
-        editor.Combo1->activated(0);
-        EXPECT_EQ(rtb.SelFontName().value_or(QString()), editor.Combo1->itemText(0));
+    if (editor->Combo1->count() > 0) {
+        editor->Combo1->setEditText(QStringLiteral("No Such Font"));
+        EXPECT_NE(rtb->SelFontName().value_or(QString()), QStringLiteral("No Such Font"));
+        editor->Combo1->setCurrentIndex(0);
+        editor->Combo1->activated(0);
+        EXPECT_EQ(rtb->SelFontName().value_or(QString()), editor->Combo1->itemText(0));
     }
 }
 
-TEST(EditorToolbar, HoverMarkFollowsTheButtonsAndLeavesOnTheBareWindow)
+TEST_F(EditorTools, HoverMarkFollowsTheButtonsAndLeavesOnTheBareWindow)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
     // Over a font box the mark stays; over the frame of the text it goes.
     const std::pair<QWidget *, QWidget *> moves[] = {
-        {editor.Label2[4], editor.Label2[4]}, {editor.Label2[13], editor.Label2[13]},
-        {editor.Combo1, editor.Label2[13]},   {editor.Label1, nullptr},
+        {editor->Label2[4], editor->Label2[4]}, {editor->Label2[13], editor->Label2[13]},
+        {editor->Combo1, editor->Label2[13]},   {editor->Label1, nullptr},
     };
     for (const auto &[over, marked] : moves) {
         moveOver(over);
-        EXPECT_EQ(editor.Shape1->isVisible(), marked != nullptr) << over->objectName().toStdString();
-        if (marked) {
-            EXPECT_EQ(editor.Shape1->geometry(), marked->geometry());
-        }
+        EXPECT_EQ(editor->Shape1->isVisible(), marked != nullptr) << over->objectName().toStdString();
+        if (marked)
+            EXPECT_EQ(editor->Shape1->geometry(), marked->geometry());
     }
 }
 
-TEST(EditorColour, ScriptedAnswerColoursTheSelectionAndCancelLeavesIt)
+TEST_F(EditorTools, ScriptedAnswerColoursTheSelectionAndCancelLeavesIt)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox &rtb = *editor.RTB;
-    rtb.setText(QStringLiteral("colour me"));
-    rtb.selectAll();
+    rtb->setText(QStringLiteral("colour me"));
+    rtb->selectAll();
     app.dialogs->colorAnswers = {QColor(200, 20, 10), QColor()}; // the second cancels
     for (int i = 0; i < 2; ++i) {
-        QTest::mouseClick(editor.Label2[13], Qt::LeftButton);
-        EXPECT_EQ(rtb.SelColor().value_or(QColor()).name(), QStringLiteral("#c8140a"));
+        QTest::mouseClick(editor->Label2[13], Qt::LeftButton);
+        EXPECT_EQ(rtb->SelColor().value_or(QColor()).name(), QStringLiteral("#c8140a"));
     }
     // Each dialog opens on black.
     EXPECT_EQ(app.dialogs->colorStarts, (QList<QColor>{QColor(0, 0, 0), QColor(0, 0, 0)}));
@@ -172,18 +150,14 @@ TEST(EditorColour, ScriptedAnswerColoursTheSelectionAndCancelLeavesIt)
     EXPECT_EQ(picker.RGBResult, 0x332211);
 }
 
-TEST(EditorPrint, PrintsTheSelectionOrTheWholeDocumentToAPdfFile)
+TEST_F(EditorTools, PrintsTheSelectionOrTheWholeDocumentToAPdfFile)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox &rtb = *editor.RTB;
-    rtb.setText(QStringLiteral("first line of the text\r\nsecond line here\r\nthird and last"));
+    rtb->setText(QStringLiteral("first line of the text\r\nsecond line here\r\nthird and last"));
     const QString pdf = app.folder.file(QStringLiteral("out.pdf"));
     FakePrinterSetup &printers = *app.printers;
 
     // Cancel: nothing printed.
-    QTest::keyClick(rtb.viewport(), Qt::Key_P, Qt::ControlModifier);
+    QTest::keyClick(rtb->viewport(), Qt::Key_P, Qt::ControlModifier);
     EXPECT_EQ(printers.dialogs, 1);
     EXPECT_FALSE(QFile::exists(pdf));
 
@@ -194,7 +168,7 @@ TEST(EditorPrint, PrintsTheSelectionOrTheWholeDocumentToAPdfFile)
         p.setOutputFileName(pdf);
         return true;
     });
-    editor.Label2_Click(3);
+    editor->Label2_Click(3);
     const auto whole = pdfText(pdf);
     if (!whole)
         GTEST_SKIP() << "pdftotext (poppler-utils) is not installed";
@@ -203,29 +177,24 @@ TEST(EditorPrint, PrintsTheSelectionOrTheWholeDocumentToAPdfFile)
     // The choice outlives the command; with a selection only that prints.
     QFile::remove(pdf);
     printers.answers.push_back([](QPrinter &) { return true; });
-    rtb.setSelStart(6);
-    rtb.setSelLength(30);
-    editor.mnuStampa_Click();
+    select(rtb, 6, 30);
+    editor->mnuStampa_Click();
     EXPECT_EQ(pdfText(pdf).value_or(QString()), QStringLiteral("line of the text second line"));
 }
 
-TEST(EditorPrint, PrinterMatchingTheCurrentNameIsTakenLastMatchWinsAndCancelRestores)
+TEST_F(EditorTools, PrinterMatchingTheCurrentNameIsTakenLastMatchWinsAndCancelRestores)
 {
-    TestApp app;
-    startEditor(app);
     FakePrinterSetup &printers = *app.printers;
     printers.printers = {QStringLiteral("Office"), QStringLiteral("office laser"), QStringLiteral("Home")};
     printers.current = QStringLiteral("Office");
-    EXPECT_FALSE(app.form2().ScegliStampante(&app.form2(), printers.current, 64));
+    EXPECT_FALSE(editor->ScegliStampante(editor, printers.current, 64));
     EXPECT_EQ(printers.selected.join(u','), QStringLiteral("Office,office laser,Office"));
 }
 
-TEST(EditorToolbar, OpenFromTheToolbarWritesItsFolderToTheSettingsAtOnce)
+TEST_F(EditorTools, OpenFromTheToolbarWritesItsFolderToTheSettingsAtOnce)
 {
-    TestApp app;
-    startEditor(app);
     app.folder.write(QStringLiteral("docs/a.rtf"), "{\\rtf1\\ansi text\\par}");
     app.dialogs->answerFile(app.folder.file(QStringLiteral("docs/a.rtf")));
-    QTest::mouseClick(app.form2().Label2[1], Qt::LeftButton);
+    QTest::mouseClick(editor->Label2[1], Qt::LeftButton);
     EXPECT_EQ(app.folder.settingsLines().value(6), app.folder.file(QStringLiteral("docs")));
 }

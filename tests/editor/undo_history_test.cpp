@@ -41,22 +41,11 @@ public:
             RegistraUndo = false;
             const Record &u = ListaUndo[n - 1];
             const Record &p = ListaUndo[n - 2];
-            if (p.TextLen < u.TextLen) {
-                t.setSelStart(u.SelStart - (u.TextLen - p.TextLen));
-                t.setSelLength(u.TextLen - p.TextLen);
-                t.setSelText(QString());
-            } else {
-                const QString chg = DifferenzaTesto(
-                    p.Text, u.Text, u.SelStart + 1 + qint32(std::abs(p.Text.size() - u.Text.size())));
-                t.setSelStart(u.SelStart);
-                t.setSelLength(0);
-                t.setSelText(chg);
-                t.setSelStart(u.SelStart);
-                if (chg.size() < 2 || chg == QStringLiteral("\r\n"))
-                    t.setSelStart(t.SelStart() + qint32(chg.size()));
-                else
-                    t.setSelLength(qint32(chg.size()));
-            }
+            if (p.TextLen < u.TextLen)
+                replace(t, u.SelStart - (u.TextLen - p.TextLen), u.TextLen - p.TextLen, QString());
+            else
+                putBack(t, u.SelStart, DifferenzaTesto(p.Text, u.Text,
+                                                       u.SelStart + 1 + qint32(std::abs(p.Text.size() - u.Text.size()))));
             ListaRedo.push_back(ListaUndo.back());
             ListaUndo.pop_back();
         }
@@ -70,25 +59,35 @@ public:
             RegistraUndo = false;
             const Record r = ListaRedo.back();
             if (r.TextLen < t.textLength()) {
-                t.setSelStart(r.SelStart);
-                t.setSelLength(t.textLength() - r.TextLen);
-                t.setSelText(QString());
+                replace(t, r.SelStart, t.textLength() - r.TextLen, QString());
             } else {
                 const QString chg = DifferenzaTesto(textOf(t), r.Text, r.SelStart + 1);
-                t.setSelStart(r.SelStart - qint32(chg.size()));
-                t.setSelLength(0);
-                t.setSelText(chg);
-                t.setSelStart(r.SelStart - qint32(chg.size()));
-                if (chg.size() < 2 || chg == QStringLiteral("\r\n"))
-                    t.setSelStart(t.SelStart() + qint32(chg.size()));
-                else
-                    t.setSelLength(qint32(chg.size()));
+                putBack(t, r.SelStart - qint32(chg.size()), chg);
             }
             ListaUndo.push_back(r);
             ListaRedo.pop_back();
         }
         RegistraUndo = true;
         t.SetFocus();
+    }
+
+    static void replace(UndoTarget &t, qint32 at, qint32 length, const QString &text)
+    {
+        t.setSelStart(at);
+        t.setSelLength(length);
+        t.setSelText(text);
+    }
+
+    // Writes the difference back at `at` and selects it, or puts the caret
+    // behind it when it is one character or a line end.
+    static void putBack(UndoTarget &t, qint32 at, const QString &chg)
+    {
+        replace(t, at, 0, chg);
+        t.setSelStart(at);
+        if (chg.size() < 2 || chg == QStringLiteral("\r\n"))
+            t.setSelStart(t.SelStart() + qint32(chg.size()));
+        else
+            t.setSelLength(qint32(chg.size()));
     }
 };
 
@@ -113,11 +112,8 @@ public:
     // Selects from `at` for `length` and types `text` over it.
     void write(qint32 at, qint32 length, const QString &text)
     {
-        for (RichTextBox &box : boxes) {
-            box.setSelStart(at);
-            box.setSelLength(length);
-            box.setSelText(text);
-        }
+        for (RichTextBox &box : boxes)
+            FullSnapshotHistory::replace(box, at, length, text);
     }
     template <class Edit> void both(Edit edit) { edit(boxes[0]); edit(boxes[1]); }
     void undo() { compact.EseguiUndo(boxes[0]); reference.EseguiUndo(boxes[1]); }

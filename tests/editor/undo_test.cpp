@@ -19,90 +19,74 @@ Selection state(const RichTextBox *rtb)
 
 } // namespace
 
-TEST(EditorUndo, TypedCharactersComeOutOneByOneWithTheCaretWhereTheyStood)
+using EditorUndo = EditorTest;
+
+TEST_F(EditorUndo, TypedCharactersComeOutOneByOneWithTheCaretWhereTheyStood)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox *rtb = editor.RTB;
     EXPECT_EQ(app.ctx().undo().ListaUndo.size(), 1u);
-    editor.mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
     EXPECT_EQ(app.ctx().TestoModificato, 1);
 
     typeText(rtb, QStringLiteral("abc"));
     EXPECT_EQ(app.ctx().undo().ListaUndo.size(), 4u);
     for (const Selection &want : {Selection{QStringLiteral("ab"), 2, 0}, Selection{QStringLiteral("a"), 1, 0},
                                   Selection{QString(), 0, 0}, Selection{QString(), 0, 0}}) {
-        editor.mnuAnnulla_Click();
+        editor->mnuAnnulla_Click();
         EXPECT_EQ(state(rtb), want);
     }
     // Undo, then typing: the redo chain is gone.
-    editor.mnuRipeti_Click();
+    editor->mnuRipeti_Click();
     typeText(rtb, QStringLiteral("x"));
-    editor.mnuRipeti_Click();
+    editor->mnuRipeti_Click();
     EXPECT_EQ(state(rtb), (Selection{QStringLiteral("ax"), 2, 0}));
 }
 
-TEST(EditorUndo, DeletionsComeBackWordsSelectedCharactersAndLineEndsBehindTheCaret)
+TEST_F(EditorUndo, DeletionsComeBackWordsSelectedCharactersAndLineEndsBehindTheCaret)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox *rtb = editor.RTB;
     typeText(rtb, QStringLiteral("one two\nthree"));
     ASSERT_EQ(rtb->Text(), QStringLiteral("one two\r\nthree"));
 
-    rtb->setSelStart(4);
-    rtb->setSelLength(3);
-    QTest::keyClick(rtb, Qt::Key_Delete);
-    editor.mnuAnnulla_Click();
-    EXPECT_EQ(state(rtb), (Selection{QStringLiteral("one two\r\nthree"), 4, 3}));
-
-    rtb->setSelStart(3);
-    QTest::keyClick(rtb, Qt::Key_Backspace);
-    editor.mnuAnnulla_Click();
-    EXPECT_EQ(state(rtb), (Selection{QStringLiteral("one two\r\nthree"), 3, 0}));
-
-    // The line break counts as CR LF: back, with the caret behind both.
-    rtb->setSelStart(9);
-    QTest::keyClick(rtb, Qt::Key_Backspace);
-    EXPECT_EQ(rtb->Text(), QStringLiteral("one twothree"));
-    editor.mnuAnnulla_Click();
-    EXPECT_EQ(state(rtb), (Selection{QStringLiteral("one two\r\nthree"), 9, 0}));
+    // A selected word, a character, and the line break, which counts as CR
+    // LF: each comes back as it was selected, the caret behind it.
+    const QString text = rtb->Text();
+    const struct { qint32 start, length; Qt::Key key; const char *after; } deletions[] = {
+        {4, 3, Qt::Key_Delete, "one \r\nthree"}, {3, 0, Qt::Key_Backspace, "on two\r\nthree"},
+        {9, 0, Qt::Key_Backspace, "one twothree"}};
+    for (const auto &d : deletions) {
+        select(rtb, d.start, d.length);
+        QTest::keyClick(rtb, d.key);
+        EXPECT_EQ(rtb->Text(), QString::fromLatin1(d.after));
+        editor->mnuAnnulla_Click();
+        EXPECT_EQ(state(rtb), (Selection{text, d.start, d.length})) << d.after;
+    }
 
     // Insertion in mid text, undone and redone.
     rtb->setSelStart(3);
     typeText(rtb, QStringLiteral("XY"));
-    editor.mnuAnnulla_Click();
-    editor.mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
     EXPECT_EQ(state(rtb), (Selection{QStringLiteral("one two\r\nthree"), 3, 0}));
-    editor.mnuRipeti_Click();
-    editor.mnuRipeti_Click();
+    editor->mnuRipeti_Click();
+    editor->mnuRipeti_Click();
     EXPECT_EQ(state(rtb), (Selection{QStringLiteral("oneXY two\r\nthree"), 5, 0}));
 }
 
-TEST(EditorUndo, NewIsARecordedChangeAndFormattingIsNot)
+TEST_F(EditorUndo, NewIsARecordedChangeAndFormattingIsNot)
 {
-    TestApp app;
-    startEditor(app);
-    Form2 &editor = app.form2();
-    RichTextBox *rtb = editor.RTB;
     typeText(rtb, QStringLiteral("abc"));
-    rtb->setSelStart(0);
-    rtb->setSelLength(3);
-    editor.Label2_Click(4); // bold: no record
+    select(rtb, 0, 3);
+    editor->Label2_Click(4); // bold: no record
     EXPECT_EQ(app.ctx().undo().ListaUndo.size(), 4u);
-    editor.mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
     EXPECT_EQ(rtb->Text(), QStringLiteral("ab"));
-    rtb->setSelStart(0);
-    rtb->setSelLength(2);
+    select(rtb, 0, 2);
     EXPECT_EQ(rtb->SelBold(), std::optional<bool>(true));
 
     // New clears the text as an ordinary change: undo brings it back,
     // selected, into the new document.
     app.dialogs->msgBoxAnswers.push_back(MsgBox::No);
-    editor.Label2_Click(0);
+    editor->Label2_Click(0);
     EXPECT_EQ(rtb->Text(), QString());
-    editor.mnuAnnulla_Click();
+    editor->mnuAnnulla_Click();
     EXPECT_EQ(state(rtb), (Selection{QStringLiteral("ab"), 0, 2}));
 }
