@@ -29,9 +29,12 @@ TEST(SmartPlayOnMpv, EveryAutomaticPauseLandsOnThePlayedTimeLessTheStepBack)
     auto backend = std::make_unique<MpvPlayer>(MpvPlayer::Options{{"ao", "null"}});
     ASSERT_TRUE(backend->isValid());
     MpvPlayer *mpv = backend.get();
-    Services services{.player = std::move(backend), .timers = std::make_unique<QtTimerFactory>(),
-                      .dialogs = std::make_unique<FakeDialogs>(), .shell = std::make_unique<FakeShell>(),
-                      .system = std::make_unique<FakeSystemInfo>()};
+    Services services;
+    services.player = std::move(backend);
+    services.timers = std::make_unique<QtTimerFactory>();
+    services.dialogs = std::make_unique<FakeDialogs>();
+    services.shell = std::make_unique<FakeShell>();
+    services.system = std::make_unique<FakeSystemInfo>();
     AppContext ctx(folder.path(), std::move(services));
     ctx.currentDirectory = folder.path();
     ASSERT_TRUE(ctx.Main());
@@ -41,11 +44,7 @@ TEST(SmartPlayOnMpv, EveryAutomaticPauseLandsOnThePlayedTimeLessTheStepBack)
     // Watch the cycle from outside: for each automatic pause, where the
     // play phase began (-1 for the first), its wall-clock length, where mpv
     // settled after the step back, and how long the pause then lasted.
-    struct Pause
-    {
-        double resumedFrom = -1, played = 0, landed = -1;
-        qint64 pausedFor = -1;
-    };
+    struct Pause { double resumedFrom = -1, played = 0, landed = -1; qint64 pausedFor = -1; };
     std::vector<Pause> pauses;
     QElapsedTimer phase;
     bool waitingForLanding = false;

@@ -38,11 +38,10 @@ TEST(TimedCycle, EveryTransitionOfTheCycle)
     struct Row
     {
         const char *name;
-        int reachMs;  // after the open, which starts the first play phase
-        bool typing;  // a keystroke then, with typing holding the cycle
+        int reachMs;          // after the open, which starts the first play phase
+        bool typing;          // a keystroke then, with typing holding the cycle
         Event event;
-        int state;    // the player's afterwards, which the play button follows
-        int timer5;   // the cycle timer's period afterwards; 0 is off
+        int state, timer5;    // the player's state (the play button follows it), the cycle timer's period (0: off)
         bool modeOn;
         const char *commands; // sent to the player by the event
         double media = 600;
@@ -63,6 +62,13 @@ TEST(TimedCycle, EveryTransitionOfTheCycle)
         {"stopped, play", 2500, false, [](Cycle &c) { c.f().mnuStop_Click(); c.f().cmdPlay_Click(); c.app.advance(30000); },
          PlayerControl::Playing, 0, false, "stop,pause,play"},
         {"playing, end of media", 2000, false, tick(1000), PlayerControl::Stopped, 0, false, "stop", 2.5},
+        // Unchecked while the watch runs: the watch no longer holds the cycle.
+        {"playing, typing may no longer hold", 2500, true,
+         [](Cycle &c) { c.f().mnuNoPlayOnWrite_Click(); c.app.advance(500); }, PlayerControl::Paused, 2000, true,
+         "seek 1,pause"},
+        // A play length beyond 16 bits keeps the period of the pause.
+        {"pause phase, play length overflows", 3000, false,
+         [](Cycle &c) { c.ctx().TempoPlay = 40; c.app.advance(2000); }, PlayerControl::Playing, 2000, true, "play"},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
@@ -144,19 +150,6 @@ TEST(TimedCycle, TypingHoldsEitherPhaseAndTheCycleMovesOnOnlyAfterTheWatchRunsOu
     }
 }
 
-TEST(TimedCycle, TheWatchIsIgnoredWhenTypingMayNotHoldTheCycle)
-{
-    Cycle c(true);
-    c.open();
-    c.app.advance(2500);
-    c.type(u"x"_s);
-    c.f().mnuNoPlayOnWrite_Click(); // unchecked while the watch runs
-    EXPECT_NE(c.f().Timer6->interval(), 0);
-    c.app.advance(500);
-    EXPECT_EQ(c.player().playState(), PlayerControl::Paused);
-    EXPECT_EQ(c.settingsLine(25), u"0"_s);
-}
-
 TEST(TimedCycle, ANewPauseLengthCountsFromTheNextPauseOn)
 {
     Cycle c;
@@ -179,26 +172,17 @@ TEST(TimedCycle, ANewPauseLengthCountsFromTheNextPauseOn)
     }
 }
 
-TEST(TimedCycle, APlayLengthThatOverflowsSixteenBitsKeepsTheTimersPeriod)
+// A play length beyond 16 bits from a stopped timer arms it with nothing,
+// so no pause ever comes; in a running cycle it is a row of the table.
+TEST(TimedCycle, APlayLengthThatOverflowsSixteenBitsLeavesAStoppedTimerAtZero)
 {
-    // From a stopped timer: armed with nothing, so no pause ever comes.
-    Cycle stopped;
-    stopped.ctx().TempoPlay = 40;
-    stopped.open();
-    EXPECT_EQ(stopped.f().Timer5->interval(), 0);
-    EXPECT_TRUE(stopped.f().Timer5->enabled());
-    stopped.app.advance(60000);
-    EXPECT_EQ(stopped.player().playState(), PlayerControl::Playing);
-    // In the middle of a cycle: the play phase takes the pause's length.
-    Cycle running;
-    running.open();
-    running.app.advance(3000);
-    running.ctx().TempoPlay = 40;
-    running.app.advance(2000);
-    ASSERT_EQ(running.player().playState(), PlayerControl::Playing);
-    EXPECT_EQ(running.f().Timer5->interval(), 2000);
-    running.app.advance(2000);
-    EXPECT_EQ(running.player().playState(), PlayerControl::Paused);
+    Cycle c;
+    c.ctx().TempoPlay = 40;
+    c.open();
+    EXPECT_EQ(c.f().Timer5->interval(), 0);
+    EXPECT_TRUE(c.f().Timer5->enabled());
+    c.app.advance(60000);
+    EXPECT_EQ(c.player().playState(), PlayerControl::Playing);
 }
 
 // The menu explains the mode and leaves the player alone, playing or not;

@@ -169,11 +169,7 @@ TEST_F(MpvPlayerTest, AFileThatWillNotPlayEndsStoppedWithinASecond)
     // The start of an MP4 whose data and index were cut off.
     const QByteArray truncatedMp4 = QByteArray::fromHex("00000018667479706973366d0000020069736f6d69736f32000f4240")
                                     + "mdat" + QByteArray(2000, '\x01');
-    const struct
-    {
-        const char *name;
-        QByteArray bytes;
-    } files[] = {
+    const struct { const char *name; QByteArray bytes; } files[] = {
         {"notes.txt", "Meeting of 3 May\r\nPresent: all\r\n"},
         {"empty.wav", ""},
         {"list.m3u", "#EXTM3U\r\nmissing one.wav\r\nmissing two.mp3\r\n"},
