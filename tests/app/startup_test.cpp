@@ -115,13 +115,7 @@ TEST(Main, WhatCannotStartEndsInOneMessageBox)
 TEST(FormLoad, SettingsLinesTakeEffectWithTheirOwnRules)
 {
     const auto checked = [](QAction *(Form1::*item)) { return [item](TestApp &a) { return (a.form1().*item)->isChecked(); }; };
-    const struct
-    {
-        int line;
-        const char *value;
-        std::function<int(TestApp &)> got;
-        int want;
-    } cases[] = {
+    const struct { int line; const char *value; std::function<int(TestApp &)> got; int want; } cases[] = {
         {21, "2", [](TestApp &a) { return a.ctx().TempoPlay; }, 7},
         {22, "1", [](TestApp &a) { return a.ctx().TempoPause; }, 7},
         {21, "40", [](TestApp &a) { return a.ctx().TempoPlay; }, 40},

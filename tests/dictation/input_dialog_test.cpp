@@ -11,42 +11,23 @@ using namespace dictation;
 
 namespace {
 
-enum class Job { SecIndietro, SecSalto, TempoPlay, TempoPause };
-
-// Each job's menu command, what it fills in, the variable it sets and the
-// line of the settings file that keeps it.
-struct JobInfo
-{
-    void (Form1::*command)();
-    qint16 AppContext::*variable;
-    int line, caption, prompt;
-    const char *hint; // the recommended value, or none
-};
-
-const JobInfo &info(Job job)
-{
-    static const JobInfo infos[] = {
-        {&Form1::mnuSecIndietro_Click, &AppContext::SecIndietro, 5, 32, 31, nullptr},
-        {&Form1::mnuSalto_Click, &AppContext::SecSalto, 4, 35, 34, nullptr},
-        {&Form1::mnuTempoPlay_Click, &AppContext::TempoPlay, 21, 124, 125, "5"},
-        {&Form1::mnuTempoPause_Click, &AppContext::TempoPause, 22, 124, 126, "3"},
-    };
-    return infos[int(job)];
-}
-
-qint16 &variable(DictationApp &d, Job job)
-{
-    return d.ctx().*info(job).variable;
-}
+// Each setting's menu command, the variable it sets, the line of the
+// settings file that keeps it, and what the command fills in: caption,
+// prompt and the recommended value, if any.
+struct Job { void (Form1::*command)(); qint16 AppContext::*variable; int line, caption, prompt; const char *hint; };
+const Job SecIndietro{&Form1::mnuSecIndietro_Click, &AppContext::SecIndietro, 5, 32, 31, nullptr},
+    SecSalto{&Form1::mnuSalto_Click, &AppContext::SecSalto, 4, 35, 34, nullptr},
+    TempoPlay{&Form1::mnuTempoPlay_Click, &AppContext::TempoPlay, 21, 124, 125, "5"},
+    TempoPause{&Form1::mnuTempoPause_Click, &AppContext::TempoPause, 22, 124, 126, "3"};
 
 // A dialog filled as the menu command of the job fills it, never shown.
-std::unique_ptr<Form4> dialogFor(DictationApp &d, Job job)
+std::unique_ptr<Form4> dialogFor(DictationApp &d, const Job &job)
 {
     auto dialog = std::make_unique<Form4>(d.ctx(), &d.f());
-    QString prompt = d.ctx().Lingua(info(job).prompt);
-    if (info(job).hint)
-        prompt += u' ' + QString(d.ctx().Lingua(128)).replace(u"nnn"_s, QLatin1String(info(job).hint));
-    dialog->setCaption(d.L(info(job).caption));
+    QString prompt = d.ctx().Lingua(job.prompt);
+    if (job.hint)
+        prompt += u' ' + QString(d.ctx().Lingua(128)).replace(u"nnn"_s, QLatin1String(job.hint));
+    dialog->setCaption(d.L(job.caption));
     dialog->Label1->setCaption(TogliAmp(prompt));
     return dialog;
 }
@@ -55,49 +36,42 @@ std::unique_ptr<Form4> dialogFor(DictationApp &d, Job job)
 
 TEST(InputDialog, SecondsSettingsAreReadRoundedAndKeptWithinTheirBounds)
 {
-    struct Row
-    {
-        Job job;
-        const char *text;
-        qint16 before;
-        qint16 after;
-        const char *message; // empty: none
-    };
+    struct Row { const Job &job; const char *text; qint16 before, after; const char *message; /* "": none */ };
     // Entry 40 and 33 read "Il valore &minimo è" and "Il valore &massimo è".
     const Row rows[] = {
-        {Job::TempoPlay, "2", 7, 3, "Il valore minimo è 3."},
-        {Job::TempoPlay, "21", 7, 20, "Il valore massimo è 20."},
-        {Job::TempoPlay, "12abc", 7, 12, ""},
-        {Job::SecSalto, "75", 5, 60, "Il valore massimo è 60."},
-        {Job::SecSalto, "abc", 5, 1, "Il valore minimo è 1."},
-        {Job::SecIndietro, "-1", 2, 0, "Il valore minimo è 0."},
-        {Job::TempoPause, "2.5", 7, 2, ""},
-        {Job::TempoPause, "3.5", 7, 4, ""},
-        {Job::TempoPause, "0.4", 7, 1, "Il valore minimo è 1."},
+        {TempoPlay, "2", 7, 3, "Il valore minimo è 3."},
+        {TempoPlay, "21", 7, 20, "Il valore massimo è 20."},
+        {TempoPlay, "12abc", 7, 12, ""},
+        {SecSalto, "75", 5, 60, "Il valore massimo è 60."},
+        {SecSalto, "abc", 5, 1, "Il valore minimo è 1."},
+        {SecIndietro, "-1", 2, 0, "Il valore minimo è 0."},
+        {TempoPause, "2.5", 7, 2, ""},
+        {TempoPause, "3.5", 7, 4, ""},
+        {TempoPause, "0.4", 7, 1, "Il valore minimo è 1."},
         // Beyond 16 bits: the old value stays and is checked as it is.
-        {Job::SecSalto, "40000", 5, 5, ""},
-        {Job::SecSalto, "40000", 75, 60, "Il valore massimo è 60."},
-        {Job::TempoPlay, "-32769", 2, 3, "Il valore minimo è 3."},
-        {Job::SecSalto, "1e400", 5, 5, ""},
-        {Job::SecIndietro, "-1e400", 2, 2, ""},
+        {SecSalto, "40000", 5, 5, ""},
+        {SecSalto, "40000", 75, 60, "Il valore massimo è 60."},
+        {TempoPlay, "-32769", 2, 3, "Il valore minimo è 3."},
+        {SecSalto, "1e400", 5, 5, ""},
+        {SecIndietro, "-1e400", 2, 2, ""},
         // Blank text just closes: nothing checked, nothing saved.
-        {Job::SecIndietro, "   ", 9, 9, ""},
-        {Job::TempoPause, "", 9, 9, ""},
+        {SecIndietro, "   ", 9, 9, ""},
+        {TempoPause, "", 9, 9, ""},
     };
     for (const Row &row : rows) {
-        SCOPED_TRACE(std::string("text \"") + row.text + "\" in the setting of line " + std::to_string(info(row.job).line));
+        SCOPED_TRACE(std::string("text \"") + row.text + "\" in the setting of line " + std::to_string(row.job.line));
         DictationApp d;
         const QByteArray settings = d.app.folder.read(u"Files/Quillmere.ini"_s);
-        variable(d, row.job) = row.before;
+        (d.ctx().*row.job.variable) = row.before;
         auto dialog = dialogFor(d, row.job);
         dialog->Text1->setText(QString::fromUtf8(row.text));
         dialog->Command1_Click();
-        EXPECT_EQ(variable(d, row.job), row.after);
+        EXPECT_EQ((d.ctx().*row.job.variable), row.after);
         EXPECT_TRUE(dialog->isUnloaded());
         if (QByteArray(row.text).trimmed().isEmpty())
             EXPECT_EQ(d.app.folder.read(u"Files/Quillmere.ini"_s), settings);
         else
-            EXPECT_EQ(d.settingsLine(info(row.job).line), QString::number(row.after));
+            EXPECT_EQ(d.settingsLine(row.job.line), QString::number(row.after));
         if (*row.message) {
             ASSERT_EQ(d.app.dialogs->messages.size(), 1);
             EXPECT_EQ(d.app.dialogs->messages[0].text, QString::fromUtf8(row.message));
@@ -165,18 +139,13 @@ TEST(InputDialog, GoToLandsOnTheNumberSteppedBackWhenPaused)
 TEST(InputDialog, TheSettingCommandsApplyTheirFloorAndFillTheDialog)
 {
     DictationApp d;
-    const struct
-    {
-        Job job;
-        qint16 stored;
-        const char *shown;
-    } rows[] = {{Job::SecIndietro, -4, "0"}, {Job::SecSalto, 1, "2"}, {Job::TempoPlay, 2, "3"},
-                {Job::TempoPause, 0, "1"},   {Job::TempoPause, 12, "12"}};
+    const struct { const Job &job; qint16 stored; const char *shown; } rows[] = {{SecIndietro, -4, "0"}, {SecSalto, 1, "2"}, {TempoPlay, 2, "3"},
+                {TempoPause, 0, "1"},   {TempoPause, 12, "12"}};
     for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << "line " << info(row.job).line << ", stored " << row.stored);
-        variable(d, row.job) = row.stored;
+        SCOPED_TRACE(testing::Message() << "line " << row.job.line << ", stored " << row.stored);
+        (d.ctx().*row.job.variable) = row.stored;
         const auto filled = dialogFor(d, row.job);
-        ASSERT_TRUE(withForm4([&] { (d.f().*info(row.job).command)(); }, [&](Form4 &dialog) {
+        ASSERT_TRUE(withForm4([&] { (d.f().*row.job.command)(); }, [&](Form4 &dialog) {
             EXPECT_TRUE(dialog.isModal());
             EXPECT_EQ(dialog.Caption(), filled->Caption());
             EXPECT_EQ(dialog.Label1->Caption(), filled->Label1->Caption());
@@ -186,7 +155,7 @@ TEST(InputDialog, TheSettingCommandsApplyTheirFloorAndFillTheDialog)
             QTest::keyClicks(dialog.Text1, u"17"_s);
             QTest::keyClick(dialog.Text1, Qt::Key_Enter);
         }));
-        EXPECT_EQ(variable(d, row.job), 17);
+        EXPECT_EQ((d.ctx().*row.job.variable), 17);
     }
 }
 

@@ -20,12 +20,7 @@ TEST(PlayerKeys, EachKeyOfTheTableRunsItsCommand)
     d.app.advance(20000);
     const QString other = d.app.mediaFile(u"second.wav"_s, 60.0);
     const auto &messages = d.app.dialogs->messages;
-    const struct
-    {
-        const char *name;
-        QKeyCombination key;
-        std::function<void()> check;
-    } rows[] = {
+    const struct { const char *name; QKeyCombination key; std::function<void()> check; } rows[] = {
         {"F5 pauses with the step back", Qt::Key_F5, [&] {
              EXPECT_EQ(d.f().cmdPlay->Tag, d.play());
              EXPECT_DOUBLE_EQ(d.position(), 18.0);

@@ -185,56 +185,50 @@ TEST(TimedCycle, APlayLengthThatOverflowsSixteenBitsLeavesAStoppedTimerAtZero)
     EXPECT_EQ(c.player().playState(), PlayerControl::Playing);
 }
 
-// The menu explains the mode and leaves the player alone, playing or not;
-// only the next play arms the cycle.
-TEST(SmartPlay, TheMenuExplainsTheModeAndLeavesThePlayerAlone)
+// Switching on: the menu explains the mode and leaves the player alone, so
+// that only the next play arms the cycle; the skin's button says nothing
+// and starts playing, or with no media only changes the mark.
+TEST(SmartPlay, SwitchingOnByTheMenuOrTheButton)
 {
-    for (const bool playing : {true, false}) {
-        SCOPED_TRACE(playing ? "playing" : "paused");
+    const struct { const char *name; bool media, playing, button; const char *log; int timer5; } rows[] = {
+        {"menu, playing", true, true, false, "", 0},
+        {"menu, paused", true, false, false, "", 0},
+        {"button, paused", true, false, true, "play", 3000},
+        {"button, no media", false, false, true, "", 0},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
         DictationApp d;
-        d.open();
-        d.app.advance(4000);
-        if (!playing)
+        if (row.media) {
+            d.open();
+            d.app.advance(4000);
+        }
+        if (row.media && !row.playing)
             d.f().cmdPlay_Click();
         d.player().clearLog();
         const int state = d.player().playState();
-        d.f().mnuSmartPlay_Click();
+        row.button ? d.f().imgDetta_Click() : d.f().mnuSmartPlay_Click();
         EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
-        ASSERT_EQ(d.app.dialogs->messages.size(), 1);
-        EXPECT_EQ(d.app.dialogs->messages[0].text, u"Il player si ferma  torna indietro da solo"_s);
-        EXPECT_EQ(d.app.dialogs->messages[0].style, 64);
-        EXPECT_EQ(d.app.dialogs->messages[0].title, u"Play intelligente"_s);
         EXPECT_EQ(picture(d), u"detta2.jpg"_s);
         EXPECT_EQ(d.settingsLine(23), u"1"_s);
+        EXPECT_EQ(d.log(), QLatin1String(row.log));
+        EXPECT_EQ(d.f().cmdPlay->Tag, row.playing || *row.log ? d.pause() : d.play());
+        EXPECT_EQ(d.f().Timer5->interval(), row.timer5);
+        const auto &messages = d.app.dialogs->messages;
+        if (row.button) {
+            EXPECT_TRUE(messages.isEmpty());
+            continue;
+        }
+        ASSERT_EQ(messages.size(), 1);
+        EXPECT_EQ(messages[0].text, u"Il player si ferma  torna indietro da solo"_s);
+        EXPECT_EQ(messages[0].style, 64);
+        EXPECT_EQ(messages[0].title, u"Play intelligente"_s);
         d.app.advance(10000);
         EXPECT_EQ(d.log(), QString());
         EXPECT_EQ(d.player().playState(), state);
-        EXPECT_EQ(d.f().Timer5->interval(), 0);
-        if (playing)
+        if (row.playing)
             d.f().cmdPlay_Click();
         d.f().cmdPlay_Click();
         EXPECT_EQ(d.f().Timer5->interval(), 3000);
-    }
-}
-
-TEST(SmartPlay, TheButtonSaysNothingAndStartsPlayingOrWithNoMediaOnlyChangesTheMark)
-{
-    for (const bool media : {true, false}) {
-        SCOPED_TRACE(media ? "paused media" : "no media");
-        DictationApp d;
-        if (media) {
-            d.open();
-            d.app.advance(4000);
-            d.f().cmdPlay_Click();
-        }
-        d.player().clearLog();
-        d.f().imgDetta_Click();
-        EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
-        EXPECT_TRUE(d.app.dialogs->messages.isEmpty());
-        EXPECT_EQ(d.log(), media ? u"play"_s : QString());
-        EXPECT_EQ(d.f().cmdPlay->Tag, media ? d.pause() : d.play());
-        EXPECT_EQ(d.f().Timer5->interval(), media ? 3000 : 0);
-        EXPECT_EQ(picture(d), u"detta2.jpg"_s);
-        EXPECT_EQ(d.settingsLine(23), u"1"_s);
     }
 }
