@@ -13,6 +13,8 @@
 
 #include "QtPrinters.h"
 
+using namespace Qt::StringLiterals;
+
 TEST(Numbers, LeadingNumberReadsAsFarAsANumberGoes)
 {
     const std::pair<const char *, double> cases[] = {
@@ -60,64 +62,52 @@ TEST(Numbers, TextFormsOfNumbersAndPlayerTimes)
 
 TEST(TextFile, ReadsEveryLineEndAndFallsBackToASingleByteCodePage)
 {
-    EXPECT_EQ(TextFile::splitLines(QStringLiteral("a\r\nb\nc\rd")),
-              (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")}));
-    EXPECT_EQ(TextFile::splitLines(QStringLiteral("a\r\n\r\n")), (QStringList{QStringLiteral("a"), QString()}));
+    EXPECT_EQ(TextFile::splitLines(u"a\r\nb\nc\rd"_s),
+              (QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
+    EXPECT_EQ(TextFile::splitLines(u"a\r\n\r\n"_s), (QStringList{u"a"_s, QString()}));
     EXPECT_EQ(TextFile::splitLines(QString()), QStringList());
 
-    EXPECT_EQ(TextFile::decode(QByteArray("caf\xc3\xa9")), QStringLiteral("café"));
-    EXPECT_EQ(TextFile::decode(QByteArray("caf\xe9")), QStringLiteral("café"));
-    EXPECT_EQ(TextFile::decode(QByteArray("\xef\xbb\xbf" "ok")), QStringLiteral("ok"));
-    EXPECT_EQ(TextFile::decode(QByteArray("\xcf\xf0\xe8"), "windows-1251"), QStringLiteral("При"));
+    EXPECT_EQ(TextFile::decode(QByteArray("caf\xc3\xa9")), u"café"_s);
+    EXPECT_EQ(TextFile::decode(QByteArray("caf\xe9")), u"café"_s);
+    EXPECT_EQ(TextFile::decode(QByteArray("\xef\xbb\xbf" "ok")), u"ok"_s);
+    EXPECT_EQ(TextFile::decode(QByteArray("\xcf\xf0\xe8"), "windows-1251"), u"При"_s);
 }
 
 TEST(TextFile, WritesCrLfAndReplacesTheOldFileWhole)
 {
     QTemporaryDir dir;
-    const QString path = dir.path() + QStringLiteral("/list.ini");
-    ASSERT_TRUE(TextFile::writeLines(path, {QStringLiteral("one"), QStringLiteral("twö")}));
+    const QString path = dir.path() + u"/list.ini"_s;
+    ASSERT_TRUE(TextFile::writeLines(path, {u"one"_s, u"twö"_s}));
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_EQ(f.readAll(), QByteArray("one\r\ntw\xc3\xb6\r\n"));
-    EXPECT_EQ(TextFile::readLines(path), (QStringList{QStringLiteral("one"), QStringLiteral("twö")}));
-    EXPECT_FALSE(TextFile::readLines(dir.path() + QStringLiteral("/missing")).has_value());
+    EXPECT_EQ(TextFile::readLines(path), (QStringList{u"one"_s, u"twö"_s}));
+    EXPECT_FALSE(TextFile::readLines(dir.path() + u"/missing"_s).has_value());
     // A folder that cannot hold the file: the write fails and says so.
-    EXPECT_FALSE(TextFile::writeLines(dir.path() + QStringLiteral("/no/such/folder/x.ini"), {}));
+    EXPECT_FALSE(TextFile::writeLines(dir.path() + u"/no/such/folder/x.ini"_s, {}));
 }
 
+// Fields follow commas and quotes, not lines: a quoted field runs across
+// lines to the next quote, a comma in a folder splits it and the rest is
+// the next field, an empty line is an empty field. Numbers round half to
+// even; one that does not fit 16 bits fails, and its field is used up.
 TEST(SettingsFieldReader, FieldsFollowCommasAndQuotesNotLines)
 {
-    SettingsFieldReader in({QStringLiteral("  English.lng"), QStringLiteral("\"a, b\" rest,next"),
-                            QStringLiteral("/music,folder"), QStringLiteral("40000"), QStringLiteral("7")});
-    EXPECT_EQ(in.text(), QStringLiteral("English.lng"));
-    EXPECT_EQ(in.text(), QStringLiteral("a, b"));
-    EXPECT_EQ(in.text(), QStringLiteral("next"));
-    // A comma in a folder splits it, and the rest becomes the next field.
-    EXPECT_EQ(in.text(), QStringLiteral("/music"));
-    EXPECT_EQ(in.text(), QStringLiteral("folder"));
-    // A value that does not fit 16 bits fails, and the field is used up.
-    EXPECT_FALSE(in.int16().has_value());
-    EXPECT_EQ(in.int16(), qint16(7));
-    EXPECT_TRUE(in.atEnd());
-    EXPECT_FALSE(in.text().has_value());
-    EXPECT_FALSE(in.int16().has_value());
-}
-
-TEST(SettingsFieldReader, AQuotedFieldRunsAcrossLinesToTheNextQuote)
-{
-    SettingsFieldReader in({QStringLiteral("\"C:\\My"), QStringLiteral("Music\",x"), QStringLiteral("12"),
-                            QStringLiteral("\"open")});
-    EXPECT_EQ(in.text(), QStringLiteral("C:\\My\r\nMusic"));
-    EXPECT_EQ(in.text(), QStringLiteral("x"));
-    EXPECT_EQ(in.int16(), qint16(12));
-    EXPECT_EQ(in.text(), QStringLiteral("open"));
-    EXPECT_TRUE(in.atEnd());
-}
-
-TEST(SettingsFieldReader, EmptyLinesAreEmptyFieldsAndNumbersRound)
-{
-    SettingsFieldReader in({QString(), QStringLiteral("1.5"), QStringLiteral("abc")});
-    EXPECT_EQ(in.text(), QString());
-    EXPECT_EQ(in.int16(), qint16(2));
-    EXPECT_EQ(in.int16(), qint16(0));
+    // Reads a text field for each 't' of `reads` and a number for each 'n'.
+    const auto fields = [](const QStringList &lines, const char *reads) {
+        SettingsFieldReader in(lines);
+        QStringList out;
+        for (const char *r = reads; *r; ++r) {
+            std::optional<QString> field = *r == 't' ? in.text() : std::nullopt;
+            if (const auto number = *r == 'n' ? in.int16() : std::nullopt)
+                field = QString::number(*number);
+            out << field.value_or(u"none"_s);
+        }
+        return out << (in.atEnd() ? u"end"_s : u"more"_s);
+    };
+    const auto list = [](const char *joined) { return QString::fromUtf8(joined).split(u'|'); };
+    EXPECT_EQ(fields({u"  English.lng"_s, u"\"a, b\" rest,next"_s, u"/music,folder"_s, u"40000"_s, u"7"_s}, "tttttnntn"),
+              list("English.lng|a, b|next|/music|folder|none|7|none|none|end"));
+    EXPECT_EQ(fields({u"\"C:\\My"_s, u"Music\",x"_s, u"12"_s, u"\"open"_s}, "ttnt"), list("C:\\My\r\nMusic|x|12|open|end"));
+    EXPECT_EQ(fields({QString(), u"1.5"_s, u"abc"_s}, "tnn"), list("|2|0|end"));
 }

@@ -42,13 +42,7 @@ TEST(RecentFiles, UpdatesRotateInTheirOrderOnBothWindows)
         QStringList p;
         for (const char *name : {"a.wav", "b & c.wav", "c.wav", "d.wav", "e.wav"})
             p.append(app.mediaFile(QString::fromLatin1(name)));
-        const struct
-        {
-            const char *step;
-            QString path;
-            QStringList order;
-            const char *visible;
-        } steps[] = {
+        const struct { const char *step; QString path; QStringList order; const char *visible; } steps[] = {
             // The first file ever: item 1 and the separator show. The
             // rotation moves the placeholder captions down like paths.
             {"first", p[0], {p[0], free(1), free(2), free(3)}, "1000"},

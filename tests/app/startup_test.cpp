@@ -15,25 +15,27 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QStringList numberedLines(int count)
 {
     QStringList lines;
     for (int i = 0; i < count; ++i)
-        lines.append(QStringLiteral("%1entry %1").arg(i, 3, 10, QLatin1Char('0')));
+        lines.append(u"%1entry %1"_s.arg(i, 3, 10, QLatin1Char('0')));
     return lines;
 }
 
 QByteArray crlf(const QStringList &lines)
 {
-    return (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8();
+    return (lines.join(u"\r\n"_s) + u"\r\n"_s).toUtf8();
 }
 
 LanguageTable english(const ProgramFolder &folder)
 {
     LanguageTable table;
-    LanguageFile::load(folder.file(QStringLiteral("Files/Lang/English.lng")), table);
+    LanguageFile::load(folder.file(u"Files/Lang/English.lng"_s), table);
     return table;
 }
 
@@ -62,122 +64,95 @@ TEST(Main, ChoosesTheLanguageByTheCountrysEnglishNameAndStoresItAtExit)
     }
 }
 
-TEST(Main, MissingFilesAndOverlongLanguageFilesEndTheStartWithTheFatalBox)
+// Missing or broken files end the start in the fatal box, a second
+// instance in the running notice; no window is made.
+TEST(Main, WhatCannotStartEndsInOneMessageBox)
 {
-    struct Case
+    const QString ini = u"Files/Quillmere.ini"_s, lng = u"Files/Lang/Long.lng"_s;
+    const auto reg = [](const char *error) { return std::pair{u"Reg Error"_s, u"Lib OCX -> Reg ERROR!\r"_s + QLatin1String(error)}; };
+    const LanguageTable en = english(ProgramFolder());
+    const struct
     {
         const char *what;
-        std::function<void(ProgramFolder &)> prepare;
-        const char *description;
-    };
-    const Case cases[] = {
-        {"no settings file", [](ProgramFolder &f) { f.remove(QStringLiteral("Files/Quillmere.ini")); }, "File not found"},
-        {"an empty settings file", [](ProgramFolder &f) { f.write(QStringLiteral("Files/Quillmere.ini"), {}); },
-         "Input past end of file"},
+        std::function<void(TestApp &)> prepare;
+        std::pair<QString, QString> titleAndText;
+    } cases[] = {
+        {"no settings file", [&](TestApp &a) { a.folder.remove(ini); }, reg("File not found")},
+        {"an empty settings file", [&](TestApp &a) { a.folder.write(ini, {}); }, reg("Input past end of file")},
         {"a folder in place of the settings file",
-         [](ProgramFolder &f) {
-             f.remove(QStringLiteral("Files/Quillmere.ini"));
-             QDir().mkpath(f.file(QStringLiteral("Files/Quillmere.ini")));
-         },
-         "Path/File access error"},
-        {"no language file", [](ProgramFolder &f) { f.setSettingsLine(1, QStringLiteral("Missing.lng")); },
-         "File not found"},
-        {"a language in a missing folder", [](ProgramFolder &f) { f.setSettingsLine(1, QStringLiteral("x/M.lng")); },
-         "Path not found"},
+         [&](TestApp &a) { a.folder.remove(ini); QDir().mkpath(a.folder.file(ini)); }, reg("Path/File access error")},
+        {"no language file", [](TestApp &a) { a.folder.setSettingsLine(1, u"Missing.lng"_s); }, reg("File not found")},
+        {"a language in a missing folder", [](TestApp &a) { a.folder.setSettingsLine(1, u"x/M.lng"_s); },
+         reg("Path not found")},
         {"152 language lines",
-         [](ProgramFolder &f) {
-             f.write(QStringLiteral("Files/Lang/Long.lng"), crlf(numberedLines(152)));
-             f.setSettingsLine(1, QStringLiteral("Long.lng"));
-         },
-         "Subscript out of range"},
+         [&](TestApp &a) { a.folder.write(lng, crlf(numberedLines(152))); a.folder.setSettingsLine(1, u"Long.lng"_s); },
+         reg("Subscript out of range")},
+        {"a second instance", [](TestApp &a) { a.system->anotherInstance = true; }, {TogliAmp(en(1)), TogliAmp(en(0))}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         TestApp app;
-        c.prepare(app.folder);
+        c.prepare(app);
         EXPECT_FALSE(app.start());
         EXPECT_TRUE(app.ctx().processEnded());
         ASSERT_EQ(app.dialogs->messages.size(), 1);
-        EXPECT_EQ(app.dialogs->messages[0].title, QStringLiteral("Reg Error"));
-        EXPECT_EQ(app.dialogs->messages[0].text,
-                  QStringLiteral("Lib OCX -> Reg ERROR!\r") + QString::fromUtf8(c.description));
+        EXPECT_EQ(app.dialogs->messages[0].title, c.titleAndText.first);
+        EXPECT_EQ(app.dialogs->messages[0].text, c.titleAndText.second);
         EXPECT_EQ(app.dialogs->messages[0].style, 48);
         EXPECT_EQ(app.ctx().form1(), nullptr);
     }
-    {
-        // 151 lines is the most a language file may have.
-        TestApp app;
-        QStringList lines = numberedLines(151);
-        const LanguageTable en = english(app.folder);
-        for (int i = 0; i < 136; ++i)
-            lines[i] = QStringLiteral("%1").arg(i, 3, 10, QLatin1Char('0')) + en(i);
-        app.folder.write(QStringLiteral("Files/Lang/Long.lng"), crlf(lines));
-        app.folder.setSettingsLine(1, QStringLiteral("Long.lng"));
-        EXPECT_TRUE(app.start());
-        EXPECT_EQ(app.ctx().Lingua(150), QStringLiteral("entry 150"));
-    }
-}
-
-TEST(Main, ASecondInstanceIsRefusedWithTheRunningNotice)
-{
+    // 151 lines is the most a language file may have.
     TestApp app;
-    app.system->anotherInstance = true;
-    EXPECT_FALSE(app.start());
-    EXPECT_TRUE(app.ctx().processEnded());
-    const LanguageTable en = english(app.folder);
-    ASSERT_EQ(app.dialogs->messages.size(), 1);
-    EXPECT_EQ(app.dialogs->messages[0].text, TogliAmp(en(0)));
-    EXPECT_EQ(app.dialogs->messages[0].title, TogliAmp(en(1)));
-    EXPECT_EQ(app.dialogs->messages[0].style, 48);
+    QStringList lines = numberedLines(151);
+    for (int i = 0; i < 136; ++i)
+        lines[i] = QString::number(i).rightJustified(3, u'0') + en(i);
+    app.folder.write(lng, crlf(lines));
+    app.folder.setSettingsLine(1, u"Long.lng"_s);
+    EXPECT_TRUE(app.start());
+    EXPECT_EQ(app.ctx().Lingua(150), u"entry 150"_s);
 }
 
 TEST(FormLoad, SettingsLinesTakeEffectWithTheirOwnRules)
 {
-    struct Case {
-        int line;
-        const char *value;
-        std::function<void(TestApp &)> check;
-    };
-    const Case cases[] = {
-        {21, "2", [](TestApp &a) { EXPECT_EQ(a.ctx().TempoPlay, 7); }},
-        {22, "1", [](TestApp &a) { EXPECT_EQ(a.ctx().TempoPause, 7); }},
-        {21, "40", [](TestApp &a) { EXPECT_EQ(a.ctx().TempoPlay, 40); }},
-        {4, "2.5", [](TestApp &a) { EXPECT_EQ(a.ctx().SecSalto, 2); }},
-        {5, "3.5", [](TestApp &a) { EXPECT_EQ(a.ctx().SecIndietro, 4); }},
-        {5, "99999", [](TestApp &a) { EXPECT_EQ(a.ctx().SecIndietro, 0); }},
-        {23, "2", [](TestApp &a) {
-             EXPECT_TRUE(a.form1().mnuSmartPlay->isChecked());
-             EXPECT_TRUE(a.form1().imgDetta->pictureFile().endsWith(QStringLiteral("detta2.jpg")));
-         }},
-        {24, "2", [](TestApp &a) { EXPECT_FALSE(a.form1().mnuCheckUpdateStartup->isChecked()); }},
-        {25, "1", [](TestApp &a) { EXPECT_TRUE(a.form1().mnuNoPlayOnWrite->isChecked()); }},
-        {15, "", [](TestApp &a) { EXPECT_TRUE(a.form1().mnuPrimoPiano->isChecked()); }},
-        {15, "yes", [](TestApp &a) { EXPECT_FALSE(a.form1().mnuPrimoPiano->isChecked()); }},
-        {6, "1.0", [](TestApp &a) { EXPECT_TRUE(a.form1().mnuTitoloCompleto->isChecked()); }},
-        {6, "2", [](TestApp &a) { EXPECT_FALSE(a.form1().mnuTitoloCompleto->isChecked()); }},
-        {8, "1", [](TestApp &a) { EXPECT_FALSE(a.form2().isVisible()); }},
+    const auto checked = [](QAction *(Form1::*item)) { return [item](TestApp &a) { return (a.form1().*item)->isChecked(); }; };
+    const struct { int line; const char *value; std::function<int(TestApp &)> got; int want; } cases[] = {
+        {21, "2", [](TestApp &a) { return a.ctx().TempoPlay; }, 7},
+        {22, "1", [](TestApp &a) { return a.ctx().TempoPause; }, 7},
+        {21, "40", [](TestApp &a) { return a.ctx().TempoPlay; }, 40},
+        {4, "2.5", [](TestApp &a) { return a.ctx().SecSalto; }, 2},
+        {5, "3.5", [](TestApp &a) { return a.ctx().SecIndietro; }, 4},
+        {5, "99999", [](TestApp &a) { return a.ctx().SecIndietro; }, 0},
+        {23, "2", checked(&Form1::mnuSmartPlay), true},
+        {23, "2", [](TestApp &a) { return int(a.form1().imgDetta->pictureFile().endsWith(u"detta2.jpg"_s)); }, true},
+        {24, "2", checked(&Form1::mnuCheckUpdateStartup), false},
+        {25, "1", checked(&Form1::mnuNoPlayOnWrite), true},
+        {15, "", checked(&Form1::mnuPrimoPiano), true},
+        {15, "yes", checked(&Form1::mnuPrimoPiano), false},
+        {6, "1.0", checked(&Form1::mnuTitoloCompleto), true},
+        {6, "2", checked(&Form1::mnuTitoloCompleto), false},
+        {8, "1", [](TestApp &a) { return int(a.form2().isVisible()); }, false},
         // A top no position can take is skipped: the knob stays where
         // IniziaVolume put it.
-        {3, "1e400", [](TestApp &a) { EXPECT_EQ(a.form1().Image1->Top(), 862); }},
+        {3, "1e400", [](TestApp &a) { return a.form1().Image1->Top(); }, 862},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << "line " << c.line << " = \"" << c.value << '"');
         TestApp app;
         app.folder.setSettingsLine(c.line, QString::fromUtf8(c.value));
         ASSERT_TRUE(app.start());
-        SCOPED_TRACE(testing::Message() << "line " << c.line << " = \"" << c.value << '"');
-        c.check(app);
+        EXPECT_EQ(c.got(app), c.want);
     }
 }
 
 TEST(FormLoad, ACommaInTheMediaFolderMovesEveryLaterField)
 {
     TestApp app;
-    app.folder.setSettingsLine(7, QStringLiteral("/media/a,b"));
-    app.folder.setSettingsLine(20, QStringLiteral("0"));
-    app.folder.setSettingsLine(21, QStringLiteral("4"));
-    app.folder.setSettingsLine(22, QStringLiteral("9"));
+    app.folder.setSettingsLine(7, u"/media/a,b"_s);
+    app.folder.setSettingsLine(20, u"0"_s);
+    app.folder.setSettingsLine(21, u"4"_s);
+    app.folder.setSettingsLine(22, u"9"_s);
     ASSERT_TRUE(app.start());
-    EXPECT_EQ(app.ctx().CartellaMedia, QStringLiteral("/media/a"));
+    EXPECT_EQ(app.ctx().CartellaMedia, u"/media/a"_s);
     // Line 21 now feeds the pause time, line 20 the play time.
     EXPECT_EQ(app.ctx().TempoPlay, 7);
     EXPECT_EQ(app.ctx().TempoPause, 4);
@@ -191,8 +166,8 @@ TEST(FormLoad, SavedPositionsApplyOnlyWhenLines13And14DoNotAddUpToZero)
                           {"32767", "1", true}, {"-32768", "-32768", true}};
     for (const Case &c : cases) {
         TestApp app;
-        app.folder.setSettingsLine(11, QStringLiteral("1500"));
-        app.folder.setSettingsLine(12, QStringLiteral("6000"));
+        app.folder.setSettingsLine(11, u"1500"_s);
+        app.folder.setSettingsLine(12, u"6000"_s);
         app.folder.setSettingsLine(13, QString::fromUtf8(c.l13));
         app.folder.setSettingsLine(14, QString::fromUtf8(c.l14));
         ASSERT_TRUE(app.start());
@@ -202,34 +177,30 @@ TEST(FormLoad, SavedPositionsApplyOnlyWhenLines13And14DoNotAddUpToZero)
     }
 }
 
+// A quoted path opens the file; an unquoted one is opened as it came,
+// closed again, and then given without its first and last letter, which
+// names no file.
 TEST(FormLoad, OnlyAQuotedCommandLineOpensTheFile)
 {
     QTemporaryDir media;
-    const QString path = media.path() + QStringLiteral("/a b.wav");
-    {
-        QFile f(path);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write("RIFF");
-    }
-    {
-        TestApp app(u'"' + path + u'"');
-        ASSERT_TRUE(app.start());
-        EXPECT_EQ(app.player->URL(), path);
-        EXPECT_EQ(app.form1().Label4->Tag, path);
-        EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
-        EXPECT_TRUE(app.dialogs->messages.isEmpty());
-    }
-    {
-        TestApp app(path);
-        ASSERT_TRUE(app.start());
-        // Opened as it came, closed again, and then given the path without
-        // its first and last letter, which names no file.
-        EXPECT_TRUE(app.player->log.contains(QStringLiteral("url ") + path));
-        EXPECT_EQ(app.player->URL(), QString());
-        ASSERT_EQ(app.dialogs->messages.size(), 1);
-        EXPECT_EQ(app.dialogs->messages[0].text, TogliAmp(app.ctx().Lingua(98)));
-        EXPECT_FALSE(app.form1().cmdPlay->isEnabled());
-    }
+    const QString path = media.filePath(u"a b.wav"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") == 4);
+    file.close();
+    TestApp quoted(u'"' + path + u'"');
+    ASSERT_TRUE(quoted.start());
+    EXPECT_EQ(quoted.player->URL(), path);
+    EXPECT_EQ(quoted.form1().Label4->Tag, path);
+    EXPECT_EQ(quoted.form1().cmdPlay->Tag, quoted.ctx().Lingua(8));
+    EXPECT_TRUE(quoted.dialogs->messages.isEmpty());
+
+    TestApp bare(path);
+    ASSERT_TRUE(bare.start());
+    EXPECT_TRUE(bare.player->log.contains(u"url "_s + path));
+    EXPECT_EQ(bare.player->URL(), QString());
+    ASSERT_EQ(bare.dialogs->messages.size(), 1);
+    EXPECT_EQ(bare.dialogs->messages[0].text, TogliAmp(bare.ctx().Lingua(98)));
+    EXPECT_FALSE(bare.form1().cmdPlay->isEnabled());
 }
 
 TEST(Exit, EveryWayOutWritesTheSettingsBackInTwentyFiveLines)
@@ -243,7 +214,7 @@ TEST(Exit, EveryWayOutWritesTheSettingsBackInTwentyFiveLines)
     int n = 0;
     for (const auto &way : ways) {
         TestApp app;
-        app.folder.setSettingsLine(4, QStringLiteral("0"));
+        app.folder.setSettingsLine(4, u"0"_s);
         ASSERT_TRUE(app.start());
         app.form2().hide();
         QApplication::setActiveWindow(&app.form1());
@@ -255,7 +226,7 @@ TEST(Exit, EveryWayOutWritesTheSettingsBackInTwentyFiveLines)
         EXPECT_TRUE(app.ctx().processEnded());
         const QStringList lines = app.folder.settingsLines();
         EXPECT_EQ(lines.size(), 25);
-        EXPECT_EQ(lines.value(3), QStringLiteral("13"));
-        EXPECT_EQ(lines.value(7), QStringLiteral("1")); // editor hidden
+        EXPECT_EQ(lines.value(3), u"13"_s);
+        EXPECT_EQ(lines.value(7), u"1"_s); // editor hidden
     }
 }

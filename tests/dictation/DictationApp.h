@@ -1,60 +1,39 @@
 #pragma once
 
-// The program on fakes, set up for the dictation tests: a language file of
-// its own (so that the texts compared here do not depend on the shipped
-// translations, and so that some entries carry the "&" that TogliAmp must
-// take out), the four seconds settings, and helpers to open a media file,
-// type into the editor and work the modal input dialog.
+// The program on fakes for the dictation tests, with a language file of its
+// own: the texts compared here do not follow the shipped translations, and
+// some entries carry the "&" that TogliAmp must take out.
 
 #include "TestApp.h"
 #include "WithForm4.h"
 
-#include "dictation/Form4.h"
 #include "editor/Form2.h"
 #include "player/Form1.h"
 
 #include <QAction>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QApplication>
-#include <QTimer>
-#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 namespace dictation {
 
-inline const std::map<int, QString> &languageEntries()
-{
-    static const std::map<int, QString> entries = {
-        {1, QStringLiteral("Quill&mere")},
-        {7, QStringLiteral("Play")},
-        {8, QStringLiteral("Pausa")},
-        {31, QStringLiteral("Secondi indietro a ogni pausa:")},
-        {32, QStringLiteral("Secondi indietro")},
-        {33, QStringLiteral("Il valore &massimo è")},
-        {34, QStringLiteral("Secondi di ogni salto:")},
-        {35, QStringLiteral("Salto")},
-        {38, QStringLiteral("Vai al secondo:")},
-        {39, QStringLiteral("Vai a")},
-        {40, QStringLiteral("Il valore &minimo è")},
-        {124, QStringLiteral("Play &intelligente")},
-        {125, QStringLiteral("Tempo di riproduzione prima della pausa")},
-        {126, QStringLiteral("Tempo di pausa prima della riproduzione")},
-        {127, QStringLiteral("Il player si ferma & torna indietro da solo")},
-        {128, QStringLiteral("(consigliati nnn secondi)")},
-    };
-    return entries;
-}
-
-// 151 lines; every entry not listed above is a distinct placeholder.
+// 151 lines; every entry not listed is a distinct placeholder.
 inline QByteArray languageFile()
 {
+    static const std::map<int, const char *> entries = {
+        {1, "Quill&mere"}, {7, "Play"}, {8, "Pausa"}, {31, "Secondi indietro a ogni pausa:"},
+        {32, "Secondi indietro"}, {33, "Il valore &massimo è"}, {34, "Secondi di ogni salto:"}, {35, "Salto"},
+        {38, "Vai al secondo:"}, {39, "Vai a"}, {40, "Il valore &minimo è"}, {124, "Play &intelligente"},
+        {125, "Tempo di riproduzione prima della pausa"}, {126, "Tempo di pausa prima della riproduzione"},
+        {127, "Il player si ferma & torna indietro da solo"}, {128, "(consigliati nnn secondi)"}};
     QByteArray out;
     for (int i = 0; i < 151; ++i) {
-        const auto it = languageEntries().find(i);
-        const QString text = it != languageEntries().end() ? it->second : QStringLiteral("Entry %1").arg(i);
-        out += QString::number(i).rightJustified(3, u'0').toUtf8() + text.toUtf8() + "\r\n";
+        const auto it = entries.find(i);
+        out += QByteArray::number(i).rightJustified(3, '0')
+               + (it != entries.end() ? QByteArray(it->second) : "Entry " + QByteArray::number(i)) + "\r\n";
     }
     return out;
 }
@@ -71,15 +50,11 @@ struct Preset
 
 inline void prepareFolder(const ProgramFolder &folder, const Preset &s)
 {
-    folder.write(QStringLiteral("Files/Lang/Dictation.lng"), languageFile());
-    folder.setSettingsLine(1, QStringLiteral("Dictation.lng"));
-    folder.setSettingsLine(4, QString::number(s.secSalto));
-    folder.setSettingsLine(5, QString::number(s.secIndietro));
-    folder.setSettingsLine(21, QString::number(s.tempoPlay));
-    folder.setSettingsLine(22, QString::number(s.tempoPause));
-    folder.setSettingsLine(23, s.smartPlay ? QStringLiteral("1") : QStringLiteral("0"));
-    folder.setSettingsLine(24, QStringLiteral("0")); // no update check
-    folder.setSettingsLine(25, s.noPlayOnWrite ? QStringLiteral("1") : QStringLiteral("0"));
+    folder.write(u"Files/Lang/Dictation.lng"_s, languageFile());
+    const std::pair<int, int> lines[] = {{1, 0}, {4, s.secSalto}, {5, s.secIndietro}, {21, s.tempoPlay},
+                                         {22, s.tempoPause}, {23, s.smartPlay}, {24, 0}, {25, s.noPlayOnWrite}};
+    for (const auto &[line, value] : lines) // line 24 off: no update check
+        folder.setSettingsLine(line, line == 1 ? u"Dictation.lng"_s : QString::number(value));
 }
 
 struct DictationApp
@@ -100,11 +75,13 @@ struct DictationApp
     const QString &pause() { return ctx().Lingua(8); }
     QString L(int entry) { return TogliAmp(ctx().Lingua(entry)); }
     double position() { return player().currentPosition(); }
+    QString log() { return player().log.join(u','); }
+    QString settingsLine(int line) { return app.folder.settingsLines().value(line - 1); }
 
     // Opens a media file; it starts playing at position 0.
     void open(double seconds = 600.0)
     {
-        path = app.mediaFile(QStringLiteral("interview.wav"), seconds);
+        path = app.mediaFile(u"interview.wav"_s, seconds);
         f().ApriMedia(path);
         player().clearLog();
     }
@@ -118,9 +95,6 @@ struct DictationApp
         if (f().mnuNoPlayOnWrite->isChecked())
             f().Timer6->setInterval(1300);
     }
-
-    QString settingsLine(int line) { return app.folder.settingsLines().value(line - 1); }
 };
-
 
 } // namespace dictation

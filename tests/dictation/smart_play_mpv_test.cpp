@@ -20,8 +20,8 @@ TEST(SmartPlayOnMpv, EveryAutomaticPauseLandsOnThePlayedTimeLessTheStepBack)
 {
     ProgramFolder folder;
     prepareFolder(folder, Preset{.secIndietro = 1, .tempoPlay = 3, .smartPlay = true});
-    QDir().mkpath(folder.file(QStringLiteral("media")));
-    const QString wav = folder.file(QStringLiteral("media/thirty seconds.wav"));
+    QDir().mkpath(folder.file(u"media"_s));
+    const QString wav = folder.file(u"media/thirty seconds.wav"_s);
     // A tone, so that it is no silence that a decoder might skip.
     ASSERT_TRUE(WavSignal::write(wav, WavSignal::tone(300, 30)));
 
@@ -41,61 +41,47 @@ TEST(SmartPlayOnMpv, EveryAutomaticPauseLandsOnThePlayedTimeLessTheStepBack)
     Form1 &f = *ctx.form1();
     ctx.TempoPause = 1;
 
-    // Watch the cycle from outside: the moment of each resume and each
-    // automatic pause, and where mpv itself settles after the pause's seek.
-    struct Pause
-    {
-        double resumedFrom = -1; // mpv's position when the play phase began; -1 for the first
-        double played = 0;      // seconds of wall-clock time in the play phase
-        double landed = -1;     // mpv's position after the step back
-        qint64 pausedFor = -1;  // length of the pause phase that followed, ms
-    };
+    // Watch the cycle from outside: for each automatic pause, where the
+    // play phase began (-1 for the first), its wall-clock length, where mpv
+    // settled after the step back, and how long the pause then lasted.
+    struct Pause { double resumedFrom = -1, played = 0, landed = -1; qint64 pausedFor = -1; };
     std::vector<Pause> pauses;
     QElapsedTimer phase;
-    double heldAt = -1;
     bool waitingForLanding = false;
     const auto cycleTick = f.Timer5->onTimeout;
+    const auto playing = [&] { return f.cmdPlay->Tag != ctx.Lingua(7); };
     f.Timer5->onTimeout = [&] {
-        const bool wasPlaying = f.cmdPlay->Tag != ctx.Lingua(7);
+        const bool wasPlaying = playing();
         const qint64 elapsed = phase.isValid() ? phase.elapsed() : -1;
         cycleTick();
-        const bool playing = f.cmdPlay->Tag != ctx.Lingua(7);
-        if (wasPlaying && !playing) {
-            Pause p;
-            p.resumedFrom = pauses.empty() ? -1 : heldAt;
-            p.played = double(elapsed) / 1000.0;
-            pauses.push_back(p);
+        if (wasPlaying && !playing()) {
+            pauses.push_back({pauses.empty() ? -1 : pauses.back().landed, double(elapsed) / 1000.0});
             waitingForLanding = true;
             phase.start();
-        } else if (!wasPlaying && playing && !pauses.empty()) {
+        } else if (!wasPlaying && playing() && !pauses.empty()) {
             pauses.back().pausedFor = elapsed;
-            heldAt = pauses.back().landed;
             phase.start();
         }
     };
     QObject guard;
     QObject::connect(mpv, &MpvPlayer::seekSettled, &guard, [&](double) {
-        if (waitingForLanding && !pauses.empty()) {
-            // mpv's own time-pos after a paused seek is short by its audio
-            // buffer; playback resumes from the position asked for, which
-            // the player test checks to the sample.
+        // mpv's own time-pos after a paused seek is short by its audio
+        // buffer; playback resumes from the position asked for, which the
+        // player test checks to the sample.
+        if (std::exchange(waitingForLanding, false) && !pauses.empty())
             pauses.back().landed = mpv->currentPosition();
-            waitingForLanding = false;
-        }
     });
 
     f.ApriMedia(wav);
     ASSERT_TRUE(waitFor([&] { return pauses.size() >= 3 && pauses[2].landed >= 0; }, 30000))
         << "automatic pauses seen: " << pauses.size();
     EXPECT_TRUE(mpv->backendPaused());
-
     // The first play phase began while the file loaded, at a moment the
     // program does not see; the later ones began at a resume of the cycle.
     for (std::size_t i = 1; i < 3; ++i) {
         SCOPED_TRACE(i);
-        const Pause &p = pauses[i];
-        EXPECT_NEAR(p.played, 3.0, 0.05);
-        EXPECT_NEAR(p.landed, p.resumedFrom + p.played - 1.0, 0.05);
+        EXPECT_NEAR(pauses[i].played, 3.0, 0.05);
+        EXPECT_NEAR(pauses[i].landed, pauses[i].resumedFrom + pauses[i].played - 1.0, 0.05);
         EXPECT_NEAR(double(pauses[i - 1].pausedFor), 1000.0, 50.0);
     }
     // Each cycle moves the media on by about TempoPlay - SecIndietro.

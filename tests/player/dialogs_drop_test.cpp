@@ -11,12 +11,14 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-TEST(FileDlg, PassesEveryArgumentAndGivesBackTheChoice)
+using namespace Qt::StringLiterals;
+
+TEST(FileDlg, TheOpenDialogStartsInTheMediaFolderWithTheMediaFilter)
 {
     TestApp app;
     ASSERT_TRUE(app.start());
-    const QString media = app.mediaFile(QStringLiteral("memo.wav"));
-    app.ctx().CartellaMedia = QStringLiteral("/recordings");
+    const QString media = app.mediaFile(u"memo.wav"_s);
+    app.ctx().CartellaMedia = u"/recordings"_s;
     app.dialogs->answerFile(media);
     app.form1().mnuApri_Click();
 
@@ -25,16 +27,13 @@ TEST(FileDlg, PassesEveryArgumentAndGivesBackTheChoice)
     EXPECT_TRUE(r.open);
     EXPECT_EQ(r.owner, &app.form1());
     EXPECT_EQ(r.title, app.ctx().Lingua(25));
-    EXPECT_EQ(r.defaultExtension, QStringLiteral("wav"));
-    EXPECT_EQ(r.initialFolder, QStringLiteral("/recordings"));
-    EXPECT_EQ(r.filterIndex, 1);
-    EXPECT_EQ(r.flags, 0u);
+    EXPECT_EQ(r.initialFolder, u"/recordings"_s);
     const QStringList filter = r.filter.split(QChar(0));
     ASSERT_EQ(filter.size(), 4);
     EXPECT_EQ(filter[0], app.ctx().Lingua(41));
-    EXPECT_TRUE(filter[1].startsWith(QStringLiteral("*.aac;*.avi;*.mp3")));
+    EXPECT_TRUE(filter[1].startsWith(u"*.aac;*.avi;*.mp3"_s));
     EXPECT_EQ(filter[2], app.ctx().Lingua(26));
-    EXPECT_EQ(filter[3], QStringLiteral("*.*"));
+    EXPECT_EQ(filter[3], u"*.*"_s);
 
     // The chosen file plays, and the media folder follows the dialog (the
     // recent list is in its own tests).
@@ -54,19 +53,19 @@ TEST(FileDlg, CancelGivesTheEmptyTextAndMultiSelectJoinsTheFolder)
     EXPECT_EQ(app.ctx().FileDlg(args), QString());
     EXPECT_EQ(app.dialogs->fileDialogs.last().initialFolder, app.ctx().currentDirectory);
 
-    app.dialogs->fileAnswers.push_back({{QStringLiteral("/data"), QStringLiteral("a.wav"), QStringLiteral("b.wav")}, 512 | 4});
+    app.dialogs->fileAnswers.push_back({{u"/data"_s, u"a.wav"_s, u"b.wav"_s}, 512 | 4});
     QStringList more;
-    EXPECT_EQ(app.ctx().FileDlg(args, &more), QStringLiteral("/data/a.wav"));
-    EXPECT_EQ(more, QStringList{QStringLiteral("/data/b.wav")});
+    EXPECT_EQ(app.ctx().FileDlg(args, &more), u"/data/a.wav"_s);
+    EXPECT_EQ(more, QStringList{u"/data/b.wav"_s});
     EXPECT_EQ(flags, 512u | 4u);
 
-    app.dialogs->fileAnswers.push_back({{QStringLiteral("/one/c.wav")}, 512});
-    EXPECT_EQ(app.ctx().FileDlg(args), QStringLiteral("/one/c.wav"));
+    app.dialogs->fileAnswers.push_back({{u"/one/c.wav"_s}, 512});
+    EXPECT_EQ(app.ctx().FileDlg(args), u"/one/c.wav"_s);
 
     // Without the flag the first part is the whole answer.
     args.flags = nullptr;
-    app.dialogs->fileAnswers.push_back({{QStringLiteral("/x/y.wav"), QStringLiteral("z")}, 0});
-    EXPECT_EQ(app.ctx().FileDlg(args), QStringLiteral("/x/y.wav"));
+    app.dialogs->fileAnswers.push_back({{u"/x/y.wav"_s, u"z"_s}, 0});
+    EXPECT_EQ(app.ctx().FileDlg(args), u"/x/y.wav"_s);
 }
 
 TEST(ApriMedia, CancelLeavesAPlayingFilePausedAndAMissingFileIsReported)
@@ -80,7 +79,7 @@ TEST(ApriMedia, CancelLeavesAPlayingFilePausedAndAMissingFileIsReported)
     EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
     EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
 
-    app.form1().ApriMedia(QStringLiteral("/no/such/file.wav"));
+    app.form1().ApriMedia(u"/no/such/file.wav"_s);
     ASSERT_FALSE(app.dialogs->messages.isEmpty());
     EXPECT_EQ(app.dialogs->messages.last().text, TogliAmp(app.ctx().Lingua(98)));
     EXPECT_EQ(app.dialogs->messages.last().title, TogliAmp(app.ctx().Lingua(1)));
@@ -102,23 +101,9 @@ void drop(Form1 &form, const QStringList &paths)
 
 } // namespace
 
-TEST(Drop, OnlyTheFirstFilePlaysAndTheTitleStaysThePreviousOnes)
-{
-    TestApp app;
-    ASSERT_TRUE(app.start());
-    const QString a = app.mediaFile(QStringLiteral("a.wav"));
-    const QString b = app.mediaFile(QStringLiteral("b.wav"));
-    const QString c = app.mediaFile(QStringLiteral("c.wav"));
-    drop(app.form1(), {b, a, c});
-    EXPECT_EQ(app.player->URL(), b);
-    EXPECT_FALSE(app.player->log.contains(QStringLiteral("url ") + a));
-    // A drop takes the short way: no title, no recent entry.
-    EXPECT_EQ(app.form1().Label4->Tag, QString());
-    EXPECT_FALSE(app.form1().mnuRecent[0]->isVisible());
-    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
-}
-
-TEST(Drop, AFolderLoadsNothingButEnablesTheCommandsAndPresssPlay)
+// A folder loads nothing but enables the commands and presses play; of
+// files only the first plays, the short way: no title, no recent entry.
+TEST(Drop, AFolderOrTheFirstOfTheFilesIsPlayed)
 {
     TestApp app;
     ASSERT_TRUE(app.start());
@@ -127,4 +112,12 @@ TEST(Drop, AFolderLoadsNothingButEnablesTheCommandsAndPresssPlay)
     EXPECT_TRUE(app.form1().cmdPlay->isEnabled());
     EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
     EXPECT_TRUE(app.dialogs->messages.isEmpty());
+
+    const QString a = app.mediaFile(u"a.wav"_s), b = app.mediaFile(u"b.wav"_s), c = app.mediaFile(u"c.wav"_s);
+    drop(app.form1(), {b, a, c});
+    EXPECT_EQ(app.player->URL(), b);
+    EXPECT_FALSE(app.player->log.contains(u"url "_s + a));
+    EXPECT_EQ(app.form1().Label4->Tag, QString());
+    EXPECT_FALSE(app.form1().mnuRecent[0]->isVisible());
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
 }

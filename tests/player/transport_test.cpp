@@ -1,5 +1,6 @@
-// Play and pause on one toggle with the step back, the steps, stop and the
-// end of the media, on the fake player and the virtual clock.
+// Play and pause on one toggle with the step back, the steps, stop and
+// close, on the fake player and the virtual clock. The end of the media is
+// in the dictation tests' cycle table.
 
 #include "TestApp.h"
 
@@ -9,6 +10,8 @@
 #include <QAction>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Opened
@@ -17,11 +20,11 @@ struct Opened
     QString path;
     explicit Opened(double seconds = 180.0)
     {
-        app.folder.setSettingsLine(4, QStringLiteral("5"));  // SecSalto
-        app.folder.setSettingsLine(5, QStringLiteral("3"));  // SecIndietro
-        app.folder.setSettingsLine(23, QStringLiteral("0")); // smart play off
+        app.folder.setSettingsLine(4, u"5"_s);  // SecSalto
+        app.folder.setSettingsLine(5, u"3"_s);  // SecIndietro
+        app.folder.setSettingsLine(23, u"0"_s); // smart play off
         EXPECT_TRUE(app.start());
-        path = app.mediaFile(QStringLiteral("talk.wav"), seconds);
+        path = app.mediaFile(u"talk.wav"_s, seconds);
         app.player->clearLog();
         app.form1().ApriMedia(path);
     }
@@ -32,20 +35,32 @@ struct Opened
 
 } // namespace
 
-TEST(Transport, OpeningStartsPlayingWithAPauseFirstAtPositionZero)
+// Opening starts playing, with a pause first at position 0, and enables
+// what needs media; close takes it back and keeps the session's path.
+TEST(Transport, OpeningStartsPlayingAndCloseReturnsToTheStateWithoutMedia)
 {
     Opened o;
-    EXPECT_EQ(o.app.player->log, (QStringList{QStringLiteral("url ") + o.path, QStringLiteral("seek 0"),
-                                               QStringLiteral("pause"), QStringLiteral("play")}));
+    const auto withMedia = [&] {
+        QString out; // play button, play menu, close, time stamp, title
+        for (const bool on : {o.f().cmdPlay->isEnabled(), o.f().mnuPlay->isEnabled(), o.f().mnuChiudi->isEnabled(),
+                              o.app.form2().mnuTimeStamp->isEnabled(), o.f().Label4->isVisible()})
+            out += on ? u'1' : u'0';
+        return out;
+    };
+    EXPECT_EQ(o.app.player->log.join(u','), u"url "_s + o.path + u",seek 0,pause,play"_s);
+    EXPECT_EQ(o.app.player->playState(), PlayerControl::Playing);
     EXPECT_EQ(o.f().cmdPlay->Tag, o.pause());
     EXPECT_EQ(o.f().mnuPlay->text(), o.pause());
     EXPECT_EQ(o.f().Timer1->interval(), 100);
     EXPECT_EQ(o.f().Timer4->interval(), 200);
-    EXPECT_TRUE(o.f().Label4->isVisible());
-    EXPECT_TRUE(o.f().cmdPlay->isEnabled());
-    EXPECT_TRUE(o.f().mnuChiudi->isEnabled());
-    EXPECT_TRUE(o.app.form2().mnuTimeStamp->isEnabled());
-    EXPECT_EQ(o.app.player->playState(), PlayerControl::Playing);
+    EXPECT_EQ(withMedia(), u"11111"_s);
+
+    o.app.advance(3000);
+    o.f().mnuChiudi_Click();
+    EXPECT_EQ(withMedia(), u"00000"_s);
+    EXPECT_EQ(o.f().Label2->Caption(), u"0:00 / 0:00"_s);
+    EXPECT_EQ(o.app.player->URL(), QString());
+    EXPECT_EQ(o.f().Label4->Tag, o.path);
 }
 
 // Every pause steps back; play resumes there, with a pause first only from
@@ -90,14 +105,14 @@ TEST(Transport, StepsMoveBySecSaltoAndAZeroStepBecomesTwoForGood)
     o.f().cmdIndietro_Click();
     EXPECT_DOUBLE_EQ(o.app.player->currentPosition(), 15.0);
     // The display follows at once.
-    EXPECT_EQ(o.f().Label2->Caption(), QStringLiteral("00:15 / 03:00"));
+    EXPECT_EQ(o.f().Label2->Caption(), u"00:15 / 03:00"_s);
 
     o.app.ctx().SecSalto = 0;
     o.f().cmdIndietro_Click();
     EXPECT_DOUBLE_EQ(o.app.player->currentPosition(), 13.0);
     EXPECT_EQ(o.app.ctx().SecSalto, 2);
     o.f().Salva();
-    EXPECT_EQ(o.app.folder.settingsLines().value(3), QStringLiteral("2"));
+    EXPECT_EQ(o.app.folder.settingsLines().value(3), u"2"_s);
 
     // A step while paused stays paused.
     o.f().cmdPlay_Click();
@@ -106,38 +121,25 @@ TEST(Transport, StepsMoveBySecSaltoAndAZeroStepBecomesTwoForGood)
     EXPECT_EQ(o.f().cmdPlay->Tag, o.play());
 }
 
-TEST(Transport, StopLeavesThePlayCaptionAloneAndStopWhilePausedChangesNothingMore)
+TEST(Transport, StopLeavesThePlayMenuAloneAndPlayStartsOverWithAPauseFirst)
 {
     Opened o;
     o.app.advance(4000);
     o.f().mnuStop_Click();
     EXPECT_EQ(o.f().cmdPlay->Tag, o.play());
     EXPECT_EQ(o.f().mnuPlay->text(), o.pause()); // kept until the next press
-    EXPECT_EQ(o.f().Label2->Caption(), QStringLiteral("0:00 / 03:00"));
+    EXPECT_EQ(o.f().Label2->Caption(), u"0:00 / 03:00"_s);
     EXPECT_EQ(o.f().Timer1->interval(), 0);
     EXPECT_EQ(o.app.player->playState(), PlayerControl::Stopped);
     // The watch sees the stopped state at its next tick and stops itself.
     o.app.advance(200);
     EXPECT_EQ(o.f().Timer4->interval(), 0);
-    EXPECT_EQ(o.f().Label2->Caption(), QStringLiteral("0:00 / 03:00"));
+    EXPECT_EQ(o.f().Label2->Caption(), u"0:00 / 03:00"_s);
     // Play from stopped starts at 0 with a pause first.
     o.app.player->clearLog();
     o.f().cmdPlay_Click();
-    EXPECT_EQ(o.app.player->log, (QStringList{QStringLiteral("pause"), QStringLiteral("play")}));
+    EXPECT_EQ(o.app.player->log, (QStringList{u"pause"_s, u"play"_s}));
     EXPECT_EQ(o.f().Timer4->interval(), 200);
-}
-
-TEST(Transport, TheEndOfTheMediaBringsTheStoppedStateAndSmartPlayOff)
-{
-    Opened o(30.0);
-    o.f().mnuSmartPlay->setChecked(true);
-    o.app.advance(30500);
-    EXPECT_EQ(o.f().cmdPlay->Tag, o.play());
-    EXPECT_EQ(o.f().Timer1->interval(), 0);
-    EXPECT_EQ(o.f().Timer4->interval(), 0);
-    EXPECT_FALSE(o.f().mnuSmartPlay->isChecked());
-    EXPECT_TRUE(o.f().imgDetta->pictureFile().endsWith(QStringLiteral("detta.jpg")));
-    EXPECT_EQ(o.app.folder.settingsLines().value(22), QStringLiteral("0"));
 }
 
 TEST(Transport, TheHourglassShowsWhileAFileLoads)
@@ -152,18 +154,4 @@ TEST(Transport, TheHourglassShowsWhileAFileLoads)
     EXPECT_EQ(app.ctx().mousePointer, 11);
     app.advance(400);
     EXPECT_EQ(app.ctx().mousePointer, 0);
-}
-
-TEST(Transport, CloseReturnsToTheStateWithoutMedia)
-{
-    Opened o;
-    o.app.advance(3000);
-    o.f().mnuChiudi_Click();
-    EXPECT_FALSE(o.f().cmdPlay->isEnabled());
-    EXPECT_FALSE(o.f().mnuPlay->isEnabled());
-    EXPECT_FALSE(o.app.form2().mnuTimeStamp->isEnabled());
-    EXPECT_FALSE(o.f().Label4->isVisible());
-    EXPECT_EQ(o.f().Label2->Caption(), QStringLiteral("0:00 / 0:00"));
-    EXPECT_EQ(o.app.player->URL(), QString());
-    EXPECT_EQ(o.f().Label4->Tag, o.path); // the session's path stays
 }

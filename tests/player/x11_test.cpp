@@ -11,8 +11,8 @@
 
 #include <QApplication>
 #include <QTest>
-#include <dlfcn.h>
 #include <QTimer>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -113,11 +113,7 @@ TEST_F(OnX11, KeysActOnceAndCtrlLettersWorkUnderARussianLayout)
 
     // F5 and F7 in the player: the keyboard goes to the text at once, and
     // the release arrives there.
-    const struct
-    {
-        unsigned key;
-        double position;
-    } rows[] = {{F5, 18.0}, {F7, 23.0}};
+    const struct { unsigned key; double position; } rows[] = {{F5, 18.0}, {F7, 23.0}};
     for (const auto &row : rows) {
         SCOPED_TRACE(row.key);
         activate(&player);
@@ -127,20 +123,9 @@ TEST_F(OnX11, KeysActOnceAndCtrlLettersWorkUnderARussianLayout)
         EXPECT_DOUBLE_EQ(app.player->currentPosition(), row.position);
     }
 
-    // Ctrl + the key of W in the text: the language command.
-    activate(&app.form2());
-    app.form2().RTB->setFocus();
-    app.dialogs->answerFile(QString());
-    keyboard.chord({Ctrl, KeyW});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return app.dialogs->fileDialogs.size() == 1; }, 1000));
-    // Ctrl + the key of O in the player: its open command.
-    activate(&player);
-    app.dialogs->answerFile(QString());
-    keyboard.chord({Ctrl, KeyO});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return app.dialogs->fileDialogs.size() == 2; }, 1000));
-    // Ctrl + the key of M in the text: the bookmark's name is asked for.
-    activate(&app.form2());
-    app.form2().RTB->setFocus();
+    // Ctrl + the keys of W and M in the text: the language command, and the
+    // bookmark's name asked for; Ctrl + the key of O in the player: its open
+    // command. An empty script cancels each dialog.
     bool asked = false;
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
@@ -150,8 +135,18 @@ TEST_F(OnX11, KeysActOnceAndCtrlLettersWorkUnderARussianLayout)
         }
     });
     answer.start(20);
-    keyboard.chord({Ctrl, KeyM});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return asked; }, 2000));
+    const struct { QWidget *window; unsigned key; std::function<bool()> done; } chords[] = {
+        {app.form2().RTB, KeyW, [&] { return app.dialogs->fileDialogs.size() == 1; }},
+        {&player, KeyO, [&] { return app.dialogs->fileDialogs.size() == 2; }},
+        {app.form2().RTB, KeyM, [&] { return asked; }},
+    };
+    for (const auto &chord : chords) {
+        SCOPED_TRACE(chord.key);
+        activate(chord.window->window());
+        chord.window->setFocus();
+        keyboard.chord({Ctrl, chord.key});
+        EXPECT_TRUE(QTest::qWaitFor(chord.done, 2000));
+    }
 }
 
 } // namespace

@@ -7,17 +7,14 @@
 
 #include "platform/mpv/MpvPlayer.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-#include <cstdlib>
-#include <functional>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,63 +30,44 @@ double settledPosition(MpvPlayer &player, QSignalSpy &spy, double target = -1)
         return -1;
     double position = spy.takeLast().at(0).toDouble();
     spy.clear();
-    if (target >= 0 && std::abs(position - target) >= SeekTolerance) {
-        waitFor([&] { return std::abs(player.backendTimePos() - target) < SeekTolerance; }, 500);
-        if (std::abs(player.backendTimePos() - target) < std::abs(position - target))
+    const auto off = [target](double p) { return std::abs(p - target); };
+    if (target >= 0 && off(position) >= SeekTolerance) {
+        waitFor([&] { return off(player.backendTimePos()) < SeekTolerance; }, 500);
+        if (off(player.backendTimePos()) < off(position))
             position = player.backendTimePos();
     }
     return position;
 }
 
-class MediaFiles
+// Ramps of 10 and 30 s and a 2 s tone at 440 Hz, made once.
+QString media(const QString &name)
 {
-public:
-    MediaFiles()
-    {
-        WavSignal::write(shortFile(), WavSignal::ramp(10));
-        WavSignal::write(longFile(), WavSignal::ramp(30));
-        WavSignal::write(toneFile(), WavSignal::tone(440, 2));
-    }
-    QString shortFile() const { return m_dir.filePath(QStringLiteral("ten seconds.wav")); }
-    QString longFile() const { return m_dir.filePath(QStringLiteral("thirty:seconds.wav")); }
-    QString toneFile() const { return m_dir.filePath(QStringLiteral("tone.wav")); }
-    QString path(const QString &name) const { return m_dir.filePath(name); }
-
-private:
-    QTemporaryDir m_dir;
-};
-
-MediaFiles &media()
-{
-    static MediaFiles files;
-    return files;
+    static QTemporaryDir dir;
+    static const bool made = WavSignal::write(dir.filePath(u"ten seconds.wav"_s), WavSignal::ramp(10))
+                             && WavSignal::write(dir.filePath(u"thirty:seconds.wav"_s), WavSignal::ramp(30))
+                             && WavSignal::write(dir.filePath(u"tone.wav"_s), WavSignal::tone(440, 2));
+    EXPECT_TRUE(made);
+    return dir.filePath(name);
 }
+const QString shortFile = u"ten seconds.wav"_s, longFile = u"thirty:seconds.wav"_s;
 
 class MpvPlayerTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        media();
         // Tests and CI have no sound card: the null output keeps real time.
         player = std::make_unique<MpvPlayer>(MpvPlayer::Options{{"ao", "null"}});
         ASSERT_TRUE(player->isValid());
         settled = std::make_unique<QSignalSpy>(player.get(), &MpvPlayer::seekSettled);
     }
 
-    // Loads a file and waits until it plays.
     void loadPlaying(const QString &path)
     {
         player->setURL(path);
         ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Transitioning; }));
         ASSERT_EQ(player->playState(), PlayerControl::Playing);
         settled->clear();
-    }
-
-    void seekAndSettle(double seconds)
-    {
-        player->setCurrentPosition(seconds);
-        ASSERT_GE(settledPosition(*player, *settled), 0);
     }
 
     std::unique_ptr<MpvPlayer> player;
@@ -101,7 +79,7 @@ protected:
 // out, mpv's own; mpv would take a negative position from the end.
 TEST_F(MpvPlayerTest, SeeksExactlyWhileLoadingPlayingAndPaused)
 {
-    player->setURL(media().longFile());
+    player->setURL(media(longFile));
     player->setCurrentPosition(12.5);
     player->pause();
     EXPECT_EQ(player->playState(), PlayerControl::Transitioning);
@@ -117,70 +95,54 @@ TEST_F(MpvPlayerTest, SeeksExactlyWhileLoadingPlayingAndPaused)
     settled->clear();
     // Once audio has played, mpv's time-pos after a paused seek falls short
     // by the output's buffer; the position must still be the one asked for.
+    // The program's own pause is a step back, then pause, while playing.
+    enum Order { Playing, PauseFirst, PauseAfter };
     const struct
     {
-        bool paused;
+        Order order;
         double target, want;
-    } rows[] = {{false, 3.217, 3.217}, {false, 25.75, 25.75}, {false, -2, 0},
-                {true, 6.25, 6.25},    {true, -2, 0},         {true, 21.0, 21.0}};
+    } rows[] = {{Playing, 3.217, 3.217}, {Playing, 25.75, 25.75}, {Playing, -2, 0}, {PauseAfter, 7, 7},
+                {PauseFirst, 6.25, 6.25}, {PauseFirst, -2, 0},   {PauseFirst, 21.0, 21.0}};
     for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << (row.paused ? "paused, " : "playing, ") << "seek to " << row.target);
-        if (row.paused)
+        const char *orders[] = {"playing", "paused first", "paused after"};
+        SCOPED_TRACE(testing::Message() << orders[row.order] << ", seek to " << row.target);
+        if (row.order == PauseFirst)
             player->pause();
+        else if (row.order == PauseAfter)
+            QTest::qWait(300);
         player->setCurrentPosition(row.target);
+        if (row.order == PauseAfter)
+            player->pause();
         EXPECT_EQ(player->currentPosition(), row.want);
         EXPECT_NEAR(settledPosition(*player, *settled, row.want), row.want, SeekTolerance);
-        EXPECT_EQ(player->playState(), row.paused ? PlayerControl::Paused : PlayerControl::Playing);
-        if (row.paused) {
+        EXPECT_EQ(player->playState(), row.order == Playing ? PlayerControl::Playing : PlayerControl::Paused);
+        if (row.order != Playing) {
             QTest::qWait(200);
             EXPECT_EQ(player->currentPosition(), row.want);
         }
     }
-    // Playing resumes from there.
+    // Playing goes on from there, not from where it paused.
     player->play();
     QTest::qWait(300);
     EXPECT_NEAR(player->currentPosition(), 21.3, 0.1);
     EXPECT_NEAR(player->backendTimePos(), 21.3, 0.25); // mpv trails by its audio buffer
 }
 
-TEST_F(MpvPlayerTest, PauseWithAStepBackLandsWhereAsked)
-{
-    loadPlaying(media().longFile());
-    seekAndSettle(10);
-    QTest::qWait(400);
-
-    // The program's pause: step back, then pause.
-    const double asked = player->currentPosition() - 3;
-    player->setCurrentPosition(asked);
-    player->pause();
-    EXPECT_EQ(player->currentPosition(), asked);
-    EXPECT_EQ(player->playState(), PlayerControl::Paused);
-    EXPECT_NEAR(settledPosition(*player, *settled, asked), asked, SeekTolerance);
-    ASSERT_TRUE(waitFor([&] { return player->backendPaused(); }));
-    QTest::qWait(300);
-    EXPECT_EQ(player->currentPosition(), asked);
-
-    // And playing goes on from the step back, not from where it paused.
-    player->play();
-    QTest::qWait(300);
-    EXPECT_NEAR(player->currentPosition(), asked + 0.3, 0.1);
-    EXPECT_NEAR(player->backendTimePos(), asked + 0.3, 0.25); // mpv trails by its audio buffer
-}
-
 TEST_F(MpvPlayerTest, EndOfTheMediaIsTheStoppedStateAndPlayStartsOver)
 {
-    loadPlaying(media().shortFile());
+    loadPlaying(media(shortFile));
     QElapsedTimer clock;
     clock.start();
-    seekAndSettle(9.6);
+    player->setCurrentPosition(9.6);
     ASSERT_TRUE(waitFor([&] { return player->playState() != PlayerControl::Playing; }, 3000));
     // Not before the last 0.4 s have been heard.
     EXPECT_GE(clock.elapsed(), 350);
     EXPECT_EQ(player->playState(), PlayerControl::Stopped);
     EXPECT_EQ(player->currentPosition(), 0.0);
     EXPECT_EQ(player->currentPositionString(), QString());
-    EXPECT_EQ(player->durationString(), QStringLiteral("00:10"));
+    EXPECT_EQ(player->durationString(), u"00:10"_s);
 
+    settled->clear();
     player->play();
     EXPECT_EQ(player->playState(), PlayerControl::Playing);
     EXPECT_NEAR(settledPosition(*player, *settled, 0.0), 0.0, SeekTolerance);
@@ -204,18 +166,10 @@ TEST_F(MpvPlayerTest, EndOfTheMediaIsTheStoppedStateAndPlayStartsOver)
 // followed: a list of files that do not exist fails as one file.
 TEST_F(MpvPlayerTest, AFileThatWillNotPlayEndsStoppedWithinASecond)
 {
-    const auto write = [](const QString &path, const QByteArray &bytes) {
-        QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    };
     // The start of an MP4 whose data and index were cut off.
-    QByteArray truncatedMp4 = QByteArray::fromHex("00000018667479706973366d0000020069736f6d69736f32");
-    truncatedMp4 += QByteArray::fromHex("000f4240") + "mdat" + QByteArray(2000, '\x01');
-    const struct
-    {
-        const char *name;
-        QByteArray bytes;
-    } files[] = {
+    const QByteArray truncatedMp4 = QByteArray::fromHex("00000018667479706973366d0000020069736f6d69736f32000f4240")
+                                    + "mdat" + QByteArray(2000, '\x01');
+    const struct { const char *name; QByteArray bytes; } files[] = {
         {"notes.txt", "Meeting of 3 May\r\nPresent: all\r\n"},
         {"empty.wav", ""},
         {"list.m3u", "#EXTM3U\r\nmissing one.wav\r\nmissing two.mp3\r\n"},
@@ -225,8 +179,10 @@ TEST_F(MpvPlayerTest, AFileThatWillNotPlayEndsStoppedWithinASecond)
     QSignalSpy failed(player.get(), &MpvPlayer::loadFailed);
     for (const auto &file : files) {
         SCOPED_TRACE(file.name);
-        const QString path = media().path(QString::fromLatin1(file.name));
-        ASSERT_TRUE(write(path, file.bytes));
+        const QString path = media(QString::fromLatin1(file.name));
+        QFile out(path);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(file.bytes) == file.bytes.size());
+        out.close();
         for (int attempt = 0; attempt < 2; ++attempt) {
             QElapsedTimer clock;
             clock.start();
@@ -243,25 +199,10 @@ TEST_F(MpvPlayerTest, AFileThatWillNotPlayEndsStoppedWithinASecond)
         EXPECT_EQ(player->playState(), PlayerControl::Stopped);
     }
     EXPECT_EQ(failed.size(), 2 * int(std::size(files)));
-    loadPlaying(media().shortFile());
+    loadPlaying(media(shortFile));
 }
 
-// With no sound output that opens (here a file output into a folder that
-// does not exist), mpv falls back to its null output: the file still runs.
-TEST(MpvPlayerNoSound, AWavPlaysSilentlyWithItsPositionMoving)
-{
-    media();
-    MpvPlayer player(MpvPlayer::Options{{"ao", "pcm"}, {"ao-pcm-file", "/nonexistent folder/out.pcm"}});
-    ASSERT_TRUE(player.isValid());
-    player.setURL(media().shortFile());
-    ASSERT_TRUE(waitFor([&] { return player.playState() != PlayerControl::Transitioning; }));
-    EXPECT_EQ(player.playState(), PlayerControl::Playing);
-    EXPECT_NEAR(player.duration(), 10.0, 0.001);
-    QTest::qWait(600);
-    EXPECT_GT(player.backendTimePos(), 0.3);
-    EXPECT_GT(player.currentPosition(), 0.3);
-}
-
+// Calls on an empty player, and an empty file name, leave it empty.
 TEST_F(MpvPlayerTest, AnEmptyPlayerAcceptsEveryCall)
 {
     player->play();
@@ -272,43 +213,56 @@ TEST_F(MpvPlayerTest, AnEmptyPlayerAcceptsEveryCall)
     EXPECT_EQ(player->playState(), PlayerControl::Undefined);
     EXPECT_EQ(player->currentPosition(), 0.0);
     EXPECT_EQ(player->currentPositionString(), QString());
-    EXPECT_EQ(player->duration(), 0.0);
-
-    loadPlaying(media().shortFile());
+    loadPlaying(media(shortFile));
     player->setURL(QString());
+    QTest::qWait(100);
     EXPECT_EQ(player->playState(), PlayerControl::Undefined);
     EXPECT_EQ(player->URL(), QString());
     EXPECT_EQ(player->duration(), 0.0);
-    QTest::qWait(100);
-    EXPECT_EQ(player->playState(), PlayerControl::Undefined);
 }
 
-// The sound itself, written by mpv's pcm output to a file. That output is
-// not timed: a file plays through as fast as it decodes.
+// With no sound output that opens (here a file output into a folder that
+// does not exist), mpv falls back to its null output: the file still runs.
+TEST(MpvPlayerNoSound, AWavPlaysSilentlyWithItsPositionMoving)
+{
+    MpvPlayer player(MpvPlayer::Options{{"ao", "pcm"}, {"ao-pcm-file", "/nonexistent folder/out.pcm"}});
+    ASSERT_TRUE(player.isValid());
+    player.setURL(media(shortFile));
+    ASSERT_TRUE(waitFor([&] { return player.playState() != PlayerControl::Transitioning; }));
+    EXPECT_EQ(player.playState(), PlayerControl::Playing);
+    EXPECT_NEAR(player.duration(), 10.0, 0.001);
+    QTest::qWait(600);
+    EXPECT_GT(player.backendTimePos(), 0.3);
+    EXPECT_GT(player.currentPosition(), 0.3);
+}
+
+// The sound itself, written by mpv's pcm output to a file at unity gain, so
+// that the samples come out as they went in. That output is not timed: a
+// file plays through as fast as it decodes.
 class MpvPlayerSoundTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        MpvPlayer::Options options;
-        options.insert("ao", "pcm");
-        options.insert("ao-pcm-file", QFile::encodeName(output()));
-        options.insert("ao-pcm-waveheader", "no");
-        options.insert("audio-format", "s16");
-        options.insert("audio-samplerate", QByteArray::number(WavSignal::Rate));
-        options.insert("audio-channels", "mono");
-        player = std::make_unique<MpvPlayer>(options);
+        player = std::make_unique<MpvPlayer>(MpvPlayer::Options{
+            {"ao", "pcm"}, {"ao-pcm-file", QFile::encodeName(m_dir.filePath(u"out.pcm"_s))},
+            {"ao-pcm-waveheader", "no"}, {"audio-format", "s16"},
+            {"audio-samplerate", QByteArray::number(WavSignal::Rate)}, {"audio-channels", "mono"}});
         ASSERT_TRUE(player->isValid());
-        // Unity gain, so that the samples come out as they went in.
         player->setVolume(100);
     }
-
-    QString output() const { return m_dir.filePath(QStringLiteral("out.pcm")); }
 
     bool playToTheEnd()
     {
         player->play();
         return waitFor([&] { return player->playState() == PlayerControl::Stopped; }, 15000);
+    }
+
+    // The output is complete once mpv has closed it.
+    std::vector<int16_t> sound()
+    {
+        player.reset();
+        return WavSignal::readRaw(m_dir.filePath(u"out.pcm"_s));
     }
 
     std::unique_ptr<MpvPlayer> player;
@@ -317,58 +271,51 @@ private:
     QTemporaryDir m_dir;
 };
 
+// Seeks are exact to the sample: the first sample played is the one at the
+// position asked for, while loading and after audio has played, the case
+// where mpv's time-pos is short.
 TEST_F(MpvPlayerSoundTest, PlaybackAfterASeekStartsOnTheSample)
 {
-    // Seeks are exact to the sample: the first sample played is the one at
-    // the position asked for.
     const auto sampleAt = [](double seconds) { return int(std::lround(seconds * WavSignal::Rate)); };
     const auto index = [](int16_t sample) { return int(uint16_t(sample)); };
-
-    media();
-    player->setURL(media().longFile());
+    player->setURL(media(longFile));
     player->setCurrentPosition(3.1234);
     player->pause();
     ASSERT_TRUE(waitFor([&] { return player->playState() == PlayerControl::Paused; }));
     ASSERT_TRUE(playToTheEnd());
-
-    // Again after audio has played: the case where mpv's time-pos is short.
     QSignalSpy settled(player.get(), &MpvPlayer::seekSettled);
     player->setCurrentPosition(21.5);
     EXPECT_EQ(player->playState(), PlayerControl::Paused);
     ASSERT_GE(settledPosition(*player, settled), 0);
     ASSERT_TRUE(playToTheEnd());
-    // The output file is complete once mpv has closed it.
-    player.reset();
 
-    const std::vector<int16_t> sound = WavSignal::readRaw(output());
-    ASSERT_FALSE(sound.empty());
-    EXPECT_EQ(index(sound.front()), sampleAt(3.1234) & 0xffff);
+    const std::vector<int16_t> out = sound();
+    ASSERT_FALSE(out.empty());
+    EXPECT_EQ(index(out.front()), sampleAt(3.1234) & 0xffff);
     std::vector<size_t> jumps;
-    for (size_t i = 1; i < sound.size(); ++i) {
-        if (((index(sound[i]) - index(sound[i - 1])) & 0xffff) != 1)
+    for (size_t i = 1; i < out.size(); ++i) {
+        if (((index(out[i]) - index(out[i - 1])) & 0xffff) != 1)
             jumps.push_back(i);
     }
     ASSERT_EQ(jumps.size(), 1u);
     EXPECT_EQ(int(jumps[0]), sampleAt(30) - sampleAt(3.1234));
     // After audio has played, mpv's decoder may round the second seek to
     // the neighbouring sample: a few microseconds, never more.
-    const int offBy = ((index(sound[jumps[0]]) - (sampleAt(21.5) & 0xffff) + 0x8000) & 0xffff) - 0x8000;
+    const int offBy = ((index(out[jumps[0]]) - (sampleAt(21.5) & 0xffff) + 0x8000) & 0xffff) - 0x8000;
     EXPECT_LE(std::abs(offBy), 1);
-    EXPECT_NEAR(int(sound.size() - jumps[0]), sampleAt(30) - sampleAt(21.5), 1);
+    EXPECT_NEAR(int(out.size() - jumps[0]), sampleAt(30) - sampleAt(21.5), 1);
 }
 
 TEST_F(MpvPlayerSoundTest, HalfSpeedKeepsThePitch)
 {
-    media();
     player->setRate(0.5);
-    player->setURL(media().toneFile());
+    player->setURL(media(u"tone.wav"_s));
     ASSERT_TRUE(waitFor([&] { return player->playState() == PlayerControl::Stopped; }));
-    player.reset();
-    const std::vector<int16_t> sound = WavSignal::readRaw(output());
-    // Two seconds of tone last four at half speed...
-    EXPECT_NEAR(double(sound.size()) / WavSignal::Rate, 4.0, 0.2);
-    // ...and stay at 440 Hz rather than dropping to 220.
-    EXPECT_NEAR(WavSignal::frequency(sound, sound.size() / 4, sound.size() * 3 / 4), 440.0, 5.0);
+    const std::vector<int16_t> out = sound();
+    // Two seconds of tone last four at half speed, and stay at 440 Hz
+    // rather than dropping to 220.
+    EXPECT_NEAR(double(out.size()) / WavSignal::Rate, 4.0, 0.2);
+    EXPECT_NEAR(WavSignal::frequency(out, out.size() / 4, out.size() * 3 / 4), 440.0, 5.0);
 }
 
 } // namespace
