@@ -101,8 +101,6 @@ TEST(Recorder, ARecordingRunsPausesAndStopsIntoAFileAnyReaderOpens)
     EXPECT_EQ(r.rec->lblTime->text(), clock);
 
     r.click(r.rec->btnStop); // stop while paused
-    EXPECT_EQ(r.app.audio->calls.mid(1), QStringList({QStringLiteral("suspend"), QStringLiteral("resume"),
-                                                       QStringLiteral("close")}));
     EXPECT_TRUE(r.rec->txtFile->isEnabled());
     EXPECT_EQ(soxi(r.target).samples, (fileBytes(r.target).size() - 44) / 4);
 }
