@@ -52,7 +52,6 @@ TEST(Recorder, OpeningStopsThePlayerAndProposesTheFirstFreeName)
     app.folder.write(QStringLiteral("Rec 01.wav"), "x");
     app.folder.write(QStringLiteral("Rec 02.wav"), "x");
     app.form1().ApriMedia(app.mediaFile());
-    app.form1().HoverRec = 1;
     ASSERT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(8));
     app.form1().cmdRec_Click();
 
@@ -60,7 +59,6 @@ TEST(Recorder, OpeningStopsThePlayerAndProposesTheFirstFreeName)
     ASSERT_NE(rec, nullptr);
     EXPECT_TRUE(rec->isVisible());
     EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
-    EXPECT_EQ(app.form1().HoverRec, 0);
     EXPECT_EQ(rec->txtFile->text(), app.folder.path() + QStringLiteral("/Rec 03.wav"));
     for (QWidget *w : std::initializer_list<QWidget *>{rec->txtFile, rec->cmbChannels, rec->cmbFrequency,
                                                         rec->cmbBits, rec->btnStart, rec->btnStop,
