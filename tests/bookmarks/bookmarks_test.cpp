@@ -17,12 +17,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
-
-const QString Tail = QString(BookmarkFile::TailLength, u' ');
 
 QString line(const char *time, const char *name)
 {
@@ -31,14 +29,12 @@ QString line(const char *time, const char *name)
 
 QByteArray fileOf(const QStringList &lines)
 {
-    QByteArray out;
-    for (const QString &l : lines)
-        out += l.toUtf8() + "\r\n";
-    return out;
+    return (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8();
 }
 
+const QStringList ABC = {line("00:00:10", "A"), line("00:00:20", "B"), line("00:00:30", "C")};
 
-// The program with the shipped English texts and a media file open.
+// The program with the shipped English texts, smart play off.
 struct Marks
 {
     TestApp app;
@@ -46,19 +42,21 @@ struct Marks
 
     Marks()
     {
-        app.folder.setSettingsLine(23, QStringLiteral("0")); // smart play off
+        app.folder.setSettingsLine(23, QStringLiteral("0"));
         EXPECT_TRUE(app.start());
     }
-
     Form1 &f() { return app.form1(); }
     AppContext &ctx() { return app.ctx(); }
     Form3 *window() { return ctx().existingForm3(); }
-    QString L(int entry) { return TogliAmp(ctx().Lingua(entry)); }
     QString markFile() { return QStringLiteral("Bookmarks/") + BookmarkFile::fileName(media); }
+    QByteArray saved() { return app.folder.read(markFile()); }
 
-    void open(const QString &name = QStringLiteral("lesson.wav"), double seconds = 600)
+    // Opens a media whose bookmark file holds `bytes` (none when empty).
+    void open(const QString &name = QStringLiteral("lesson.wav"), const QByteArray &bytes = {}, double seconds = 600)
     {
         media = app.mediaFile(name, seconds);
+        if (!bytes.isEmpty())
+            app.folder.write(markFile(), bytes);
         f().ApriMedia(media);
     }
     // Paused at `seconds` exactly.
@@ -83,21 +81,12 @@ struct Marks
     // The table up to its first empty entry.
     QStringList table()
     {
-        QStringList out;
-        for (const QString &entry : ctx().BookMark) {
-            if (entry.isEmpty())
-                break;
-            out << entry;
-        }
-        return out;
+        const auto &t = ctx().BookMark;
+        return QStringList(t.begin(), std::find(t.begin(), t.end(), QString()));
     }
-    QStringList seeks()
-    {
-        return app.player->log.filter(QStringLiteral("seek "));
-    }
+    QStringList seeks() { return app.player->log.filter(QStringLiteral("seek ")); }
+    void exit() { f().mnuEsci_Click(); }
 };
-
-const QStringList ABC = {line("00:00:10", "A"), line("00:00:20", "B"), line("00:00:30", "C")};
 
 } // namespace
 
@@ -107,7 +96,7 @@ TEST(Bookmarks, AMediaWithoutBookmarksWritesNoFile)
     m.open(QStringLiteral("first.wav"));
     m.open(QStringLiteral("second.wav"));
     m.ctx().BookMark[0] = QStringLiteral("   "); // blanks count as empty
-    m.f().mnuEsci_Click();
+    m.exit();
     ASSERT_TRUE(m.ctx().processEnded());
     EXPECT_EQ(QDir(m.app.folder.file(QStringLiteral("Bookmarks"))).entryList(QDir::Files), QStringList());
 }
@@ -119,8 +108,7 @@ TEST(Bookmarks, AFileOf502LinesLoads501AndTheWindowComesUpByItself)
     for (int i = 0; i < 502; ++i)
         lines << BookmarkFile::line(QStringLiteral("%1:%2").arg(i / 60, 2, 10, QChar(u'0')).arg(i % 60, 2, 10, QChar(u'0')),
                                     QStringLiteral("n%1").arg(i));
-    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(lines));
-    m.open();
+    m.open(QStringLiteral("lesson.wav"), fileOf(lines));
     EXPECT_EQ(m.table(), lines.mid(0, 501));
     ASSERT_TRUE(m.window());
     EXPECT_TRUE(m.window()->isVisible());
@@ -130,14 +118,12 @@ TEST(Bookmarks, AFileOf502LinesLoads501AndTheWindowComesUpByItself)
 TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
 {
     Marks m;
-    const QString old = QStringLiteral("12:30  Intro") + Tail + QStringLiteral("12:30");
-    m.app.folder.write(QStringLiteral("Bookmarks/long.wav.bm"), fileOf({old}));
-    m.open(QStringLiteral("long.wav"), 50000);
+    const QString old = QStringLiteral("12:30  Intro") + QString(BookmarkFile::TailLength, u' ') + QStringLiteral("12:30");
+    m.open(QStringLiteral("long.wav"), fileOf({old}), 50000);
     EXPECT_EQ(m.table(), QStringList{QStringLiteral("00:") + old});
 
     ListBox *list = m.window()->List1;
-    ASSERT_EQ(list->ListCount(), 1);
-    EXPECT_EQ(list->List(0), QStringLiteral("00:12:30  Intro"));
+    ASSERT_EQ(list->rows(), QStringList{QStringLiteral("00:12:30  Intro")});
     m.app.player->clearLog();
     list->doItemsLayout(); // the view lays its rows out late
     const QPoint at = list->visualItemRect(list->item(0)).center();
@@ -149,16 +135,14 @@ TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
     // "12:30" read by position: 12 hours, 30 minutes, 30 seconds.
     EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 45030")});
 
-    // The mended line is saved in the new form.
-    m.f().mnuEsci_Click();
-    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf({QStringLiteral("00:") + old}));
+    m.exit(); // saved in the new form
+    EXPECT_EQ(m.saved(), fileOf({QStringLiteral("00:") + old}));
 }
 
 TEST(Bookmarks, DeletingARowLeavesTheHiddenListAsItWas)
 {
     Marks m;
-    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
-    m.open();
+    m.open(QStringLiteral("lesson.wav"), fileOf(ABC));
     Form3 *w = m.window();
     w->List1->setListIndex(0);
     w->Command2->click();
@@ -177,8 +161,20 @@ TEST(Bookmarks, DeletingARowLeavesTheHiddenListAsItWas)
     w->List1->setListIndex(0);
     w->Command2->click();
     EXPECT_EQ(m.table(), QStringList());
-    m.f().mnuEsci_Click();
-    EXPECT_EQ(m.app.folder.read(m.markFile()), fileOf(ABC));
+    m.exit();
+    EXPECT_EQ(m.saved(), fileOf(ABC));
+}
+
+TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
+{
+    Marks m;
+    m.open(QStringLiteral("lesson.wav"), fileOf(ABC));
+    m.ctx().unloadForm3();
+    m.f().Salva(); // reads the window's geometry, which loads it hidden
+    ASSERT_TRUE(m.window());
+    EXPECT_FALSE(m.window()->isVisible());
+    m.ctx().unloadForm3();
+    EXPECT_EQ(m.table(), ABC);
 }
 
 TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
@@ -189,7 +185,7 @@ TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
     EXPECT_TRUE(m.add(QStringLiteral("x")));
     EXPECT_FALSE(m.add(QStringLiteral("x")));
     ASSERT_EQ(m.app.dialogs->messages.size(), 1);
-    EXPECT_EQ(m.app.dialogs->messages[0].text, m.L(89));
+    EXPECT_EQ(m.app.dialogs->messages[0].text, TogliAmp(m.ctx().Lingua(89)));
     EXPECT_TRUE(m.add(QStringLiteral("y")));
     EXPECT_EQ(m.table(), QStringList({line("00:42", "x"), line("00:42", "y")}));
 }
@@ -197,33 +193,31 @@ TEST(Bookmarks, TheSameSecondAndNameIsRefusedAnotherNameIsKept)
 TEST(Bookmarks, NextAndPreviousStopAtTheEndsAndOneSecondDoesNotMove)
 {
     Marks m;
-    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"),
-                       fileOf({line("00:00:01", "start"), line("00:00:20", "B"), line("00:00:30", "C")}));
-    m.open();
-    struct Step { const char *name; void (Form1::*command)(); int row; QStringList seeks; };
-    const Step steps[] = {
-        {"previous with no row selected", &Form1::mnuBMprecedente_Click, -1, {}},
-        {"next selects row 0, at 1 s: no jump", &Form1::mnuBMsuccessivo_Click, 0, {}},
-        {"next", &Form1::mnuBMsuccessivo_Click, 1, {QStringLiteral("seek 20")}},
-        {"next to the last row", &Form1::mnuBMsuccessivo_Click, 2, {QStringLiteral("seek 30")}},
-        {"next on the last row", &Form1::mnuBMsuccessivo_Click, 2, {}},
-        {"previous", &Form1::mnuBMprecedente_Click, 1, {QStringLiteral("seek 20")}},
-        {"previous to the first row", &Form1::mnuBMprecedente_Click, 0, {}},
-        {"previous on the first row", &Form1::mnuBMprecedente_Click, 0, {}},
+    m.open(QStringLiteral("lesson.wav"), fileOf({line("00:00:01", "start"), line("00:00:20", "B"), line("00:00:30", "C")}));
+    const auto next = &Form1::mnuBMsuccessivo_Click, previous = &Form1::mnuBMprecedente_Click;
+    const struct { const char *name; void (Form1::*command)(); int row; const char *seek; } steps[] = {
+        {"previous with no row selected", previous, -1, nullptr},
+        {"next selects row 0, at 1 s: no jump", next, 0, nullptr},
+        {"next", next, 1, "seek 20"},
+        {"next to the last row", next, 2, "seek 30"},
+        {"next on the last row", next, 2, nullptr},
+        {"previous", previous, 1, "seek 20"},
+        {"previous to the first row", previous, 0, nullptr},
+        {"previous on the first row", previous, 0, nullptr},
     };
-    for (const Step &step : steps) {
+    for (const auto &step : steps) {
         SCOPED_TRACE(step.name);
         m.app.player->clearLog();
         (m.f().*step.command)();
         EXPECT_EQ(m.window()->List1->ListIndex(), step.row);
-        EXPECT_EQ(m.seeks(), step.seeks);
+        EXPECT_EQ(m.seeks(), step.seek ? QStringList{QString::fromLatin1(step.seek)} : QStringList());
     }
 }
 
 TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
 {
     Marks m;
-    m.open(QStringLiteral("short.wav"), 180);
+    m.open(QStringLiteral("short.wav"), {}, 180);
     m.pauseAt(180);
     m.app.player->clearLog();
     QStringList logAtDialog;
@@ -236,24 +230,9 @@ TEST(Bookmarks, AddingAtTheVeryEndRewindsAndPlaysBeforeTheDialog)
     EXPECT_EQ(m.window()->List1->rows(), QStringList{QStringLiteral("00:00:00  here")});
 }
 
-TEST(Bookmarks, AWindowLoadedOnlyByATouchGivesTheTableBackWhole)
-{
-    Marks m;
-    m.app.folder.write(QStringLiteral("Bookmarks/lesson.wav.bm"), fileOf(ABC));
-    m.open();
-    m.ctx().unloadForm3();
-    m.f().Salva(); // reads the window's geometry, which loads it hidden
-    ASSERT_TRUE(m.window());
-    EXPECT_FALSE(m.window()->isVisible());
-    m.ctx().unloadForm3();
-    EXPECT_EQ(m.table(), ABC);
-}
-
 TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
 {
     QByteArray saved;
-    QStringList carried = {QStringLiteral("Files/Quillmere.ini"), QStringLiteral("Files/LastFiles.ini")};
-    std::map<QString, QByteArray> folder;
     {
         Marks first;
         first.open(QStringLiteral("talk.wav"));
@@ -261,24 +240,18 @@ TEST(Bookmarks, ThreeAddedAreSortedSavedAtTheExitAndComeBackAtTheNextStart)
             first.pauseAt(at);
             ASSERT_TRUE(first.add(QString::fromUtf8(name)));
         }
-        first.f().mnuEsci_Click();
-        saved = first.app.folder.read(first.markFile());
-        carried << first.markFile();
-        for (const QString &file : carried)
-            folder[file] = first.app.folder.read(file);
+        first.exit();
+        saved = first.saved();
     }
     EXPECT_EQ(saved, fileOf({line("00:05", "a"), line("00:20", "b"), line("00:40", "c")}));
 
-    // The same program folder at the next start.
     Marks second;
-    for (const auto &[file, bytes] : folder)
-        second.app.folder.write(file, bytes);
-    second.open(QStringLiteral("talk.wav"));
+    second.open(QStringLiteral("talk.wav"), saved);
     ASSERT_TRUE(second.window());
-    EXPECT_EQ(second.window()->List1->rows(), QStringList({QStringLiteral("00:00:05  a"), QStringLiteral("00:00:20  b"),
-                                                           QStringLiteral("00:00:40  c")}));
-    second.f().mnuEsci_Click();
-    EXPECT_EQ(second.app.folder.read(second.markFile()), saved);
+    EXPECT_EQ(second.window()->List1->rows(),
+              QStringList({QStringLiteral("00:00:05  a"), QStringLiteral("00:00:20  b"), QStringLiteral("00:00:40  c")}));
+    second.exit();
+    EXPECT_EQ(second.saved(), saved);
 }
 
 TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)

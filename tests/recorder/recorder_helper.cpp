@@ -1,6 +1,6 @@
 // A recorder with nothing around it, for the test of a killed program:
 // records the default input into the file given, 2 channels, 16 bits,
-// 44100 Hz, says "sound" when the first sound is in the file and runs
+// 44100 Hz, says "sound" once the first buffer is in the file and runs
 // until it is ended.
 
 #include "platform/QtAudioInput.h"
@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 #include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char **argv)
 {
@@ -17,18 +18,13 @@ int main(int argc, char **argv)
         return 2;
     QtAudioInput source;
     WaveIn engine(source);
-    QString refusal;
-    engine.message = [&](const QString &text, int, const QString &) {
-        refusal = text;
+    engine.message = [](const QString &text, int, const QString &) {
+        std::printf("refused: %s\n", qPrintable(text));
+        std::exit(1);
         return 1;
     };
     engine.AggancioCattura(true);
     engine.AvviaCattura(2, 16, 44100, QString::fromLocal8Bit(argv[1]));
-    if (!refusal.isEmpty()) {
-        std::printf("refused: %s\n", qPrintable(refusal));
-        return 1;
-    }
-    // Says "sound" once the first buffer is in the file.
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &app, [&] {
         if (engine.ByteRegistrati() > 45) {

@@ -9,24 +9,21 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
 
-bool sh(const QString &command)
-{
-    QProcess p;
-    p.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
-    return p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-}
-
 class PulseTest : public ::testing::Test
 {
 protected:
+    static bool sh(const QString &command)
+    {
+        QProcess p;
+        p.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+        return p.waitForFinished(10000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+    }
     static void SetUpTestSuite()
     {
         s_dir = new QTemporaryDir;
@@ -93,17 +90,14 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
     wait.start();
     while (engine.ByteRegistrati() == 45 && wait.elapsed() < 3000)
         QTest::qWait(1);
-    QElapsedTimer since;
-    since.start();
+    wait.restart();
     QTest::qWait(5000);
-    const qint64 ms = since.elapsed();
+    const qint64 ms = wait.elapsed();
     engine.AggancioCattura(false);
     engine.FermaCattura();
 
     const SoxiInfo info = soxi(path);
-    EXPECT_EQ(info.channels, 2);
-    EXPECT_EQ(info.rate, 44100);
-    EXPECT_EQ(info.bits, 16);
+    EXPECT_EQ(info.format, QStringLiteral("2 ch 44100 Hz 16 bit"));
     // Within a buffer and the server's latency (up to 100 ms) of the time.
     EXPECT_NEAR(double(info.samples), ms * 44.1, 2048 + 4410) << ms << " ms";
 
@@ -111,19 +105,18 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
     // channel; a gap in the played tone (a starved player) is left out.
     const QByteArray data = fileBytes(path).mid(44 + 4 * 4410);
     const auto left = [&](qsizetype frame) { return qint16(quint8(data[4 * frame]) | quint8(data[4 * frame + 1]) << 8); };
-    qsizetype last = -1;
-    double sum = 0;
+    qsizetype last = -1, sum = 0;
     int periods = 0;
     for (qsizetype i = 1; i < data.size() / 4 - 1; ++i)
         if (left(i - 1) < 0 && left(i) >= 0) {
             if (const qsizetype d = i - last; last >= 0 && d > 30 && d < 60) {
-                sum += double(d);
+                sum += d;
                 ++periods;
             }
             last = i;
         }
     ASSERT_GT(periods, 1000);
-    EXPECT_NEAR(44100.0 * periods / sum, 1000.0, 5.0);
+    EXPECT_NEAR(44100.0 * periods / double(sum), 1000.0, 5.0);
 }
 
 TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
@@ -136,8 +129,5 @@ TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
     QTest::qWait(3000);
     recorder.kill(); // SIGKILL
     recorder.waitForFinished();
-
-    const SoxiInfo info = soxi(path);
-    ASSERT_TRUE(info.ok);
-    EXPECT_GE(info.samples, 2 * 44100);
+    EXPECT_GE(soxi(path).samples, 2 * 44100);
 }

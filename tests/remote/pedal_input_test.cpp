@@ -10,14 +10,6 @@
 
 namespace {
 
-QByteArray bytes(std::initializer_list<int> values)
-{
-    QByteArray b;
-    for (int v : values)
-        b.append(char(v));
-    return b;
-}
-
 QByteArray record(quint16 type, quint16 code, qint32 value)
 {
     const input_event e{{}, type, code, value};
@@ -30,19 +22,18 @@ constexpr int L = 1, M = 2, R = 4, F = 8;
 
 TEST(PedalInput, HidReportsOfTheKnownPedals)
 {
-    struct Case { quint16 vendor, product; QByteArray report; int want; };
-    const Case cases[] = {
-        {0x05f3, 0x00ff, bytes({0x05, 0x00}), L | R},  // two at once
-        {0x05f3, 0x00ff, bytes({0x02}), -1},           // wrong length
-        {0x05f3, 0x00ff, bytes({0x40, 0x00}), -1},     // a bit it never sends
-        {0x0911, 0x1844, bytes({0x0a, 0, 0, 0}), M | F},
-        {0x0911, 0x091a, bytes({0x04}), R},
-        {0x07b4, 0x0218, bytes({0x03, 0x00}), L | M},
+    const struct { quint16 vendor, product; const char *report; int want; } cases[] = {
+        {0x05f3, 0x00ff, "0500", L | R}, // two at once
+        {0x05f3, 0x00ff, "02", -1},      // wrong length
+        {0x05f3, 0x00ff, "4000", -1},    // a bit it never sends
+        {0x0911, 0x1844, "0a000000", M | F},
+        {0x0911, 0x091a, "04", R},
+        {0x07b4, 0x0218, "0300", L | M},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         const HidPedalModel *model = findHidPedal(c.vendor, c.product);
         ASSERT_NE(model, nullptr) << c.vendor << ':' << c.product;
-        EXPECT_EQ(pedalsInReport(*model, c.report), c.want) << model->name << ' ' << c.report.toHex().constData();
+        EXPECT_EQ(pedalsInReport(*model, QByteArray::fromHex(c.report)), c.want) << model->name << ' ' << c.report;
     }
     EXPECT_EQ(findHidPedal(0x046d, 0xc52b), nullptr); // a mouse receiver
 }
@@ -84,8 +75,7 @@ TEST(PedalInput, PedalMapReadsItsLinesAndKeepsDefaultsForTheRest)
 
 TEST(TimeStamp, StampsUnderAPositionAndMalformedOnes)
 {
-    struct Case { const char *line; int pos; int want; };
-    const Case cases[] = {
+    const struct { const char *line; int pos; int want; } cases[] = {
         {"[00:01:30] text", 0, 90},
         {"[00:01:30] text", 10, 90},   // just behind the bracket
         {"[00:01:30] text", 11, -1},
@@ -97,6 +87,6 @@ TEST(TimeStamp, StampsUnderAPositionAndMalformedOnes)
         {"[00:01:30", 3, -1},
         {"[1:2:3:4]", 2, -1},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(timeStampAt(QLatin1String(c.line), c.pos).value_or(-1), c.want) << c.line << " @" << c.pos;
 }

@@ -3,48 +3,30 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QFileInfo>
 #include <gtest/gtest.h>
-
-namespace {
-
-void copyTree(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    QDirIterator it(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QFileInfo info = it.fileInfo();
-        const QString target = to + u'/' + QDir(from).relativeFilePath(source);
-        if (info.isDir())
-            QDir().mkpath(target);
-        else if (info.fileName() != QLatin1String(".keep"))
-            QFile::copy(source, target);
-    }
-}
-
-} // namespace
-
-// The copy is taken from the source tree's data folder, not from the built
-// program folder, whose settings file a developer's runs may have changed.
-static QString dataDir()
-{
-    return ProgramFolder::sourceDir() + QStringLiteral("/data");
-}
 
 QString ProgramFolder::sourceDir()
 {
     return qEnvironmentVariable("QM_SOURCE_DIR");
 }
 
+// The copy is taken from the source tree's data folder, not from the built
+// program folder, whose settings file a developer's runs may have changed.
 ProgramFolder::ProgramFolder()
 {
-    const QString from = dataDir();
     EXPECT_FALSE(sourceDir().isEmpty()) << "QM_SOURCE_DIR is not set";
-    for (const char *sub : {"Files", "Bookmarks"}) {
-        const QString name = QString::fromLatin1(sub);
-        copyTree(from + u'/' + name, path() + u'/' + name);
+    const QDir data(sourceDir() + QStringLiteral("/data"));
+    for (const QString &sub : {QStringLiteral("Files"), QStringLiteral("Bookmarks")}) {
+        QDir().mkpath(file(sub));
+        QDirIterator it(data.filePath(sub), QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString target = file(data.relativeFilePath(it.next()));
+            if (it.fileInfo().isDir())
+                QDir().mkpath(target);
+            else if (it.fileName() != QLatin1String(".keep"))
+                QFile::copy(it.filePath(), target);
+        }
     }
 }
 
@@ -65,9 +47,7 @@ void ProgramFolder::write(const QString &relative, const QByteArray &bytes) cons
 QByteArray ProgramFolder::read(const QString &relative) const
 {
     QFile f(file(relative));
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    return f.readAll();
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 void ProgramFolder::remove(const QString &relative) const
@@ -80,7 +60,7 @@ QStringList ProgramFolder::settingsLines() const
     QString text = QString::fromUtf8(read(QStringLiteral("Files/Quillmere.ini")));
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     QStringList lines = text.split(u'\n');
-    if (!lines.isEmpty() && lines.last().isEmpty())
+    if (lines.last().isEmpty())
         lines.removeLast();
     return lines;
 }

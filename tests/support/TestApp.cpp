@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <gtest/gtest.h>
 
 TestApp::TestApp(QString commandLine) : m_commandLine(std::move(commandLine))
 {
@@ -14,18 +13,14 @@ TestApp::TestApp(QString commandLine) : m_commandLine(std::move(commandLine))
 
 TestApp::~TestApp() = default;
 
-namespace {
-
 // Hands a fake to the services and keeps a pointer to it.
 template <class Fake, class Slot>
-Fake *put(Slot &slot, std::unique_ptr<Fake> fake)
+static Fake *put(Slot &slot, std::unique_ptr<Fake> fake)
 {
     Fake *raw = fake.get();
     slot = std::move(fake);
     return raw;
 }
-
-} // namespace
 
 void TestApp::build()
 {
@@ -46,8 +41,7 @@ void TestApp::build()
 
 bool TestApp::start()
 {
-    build();
-    return m_ctx->Main();
+    return ctx().Main();
 }
 
 AppContext &TestApp::ctx()
@@ -68,12 +62,11 @@ Form2 &TestApp::form2()
 
 QString TestApp::mediaFile(const QString &name, double seconds)
 {
-    const QString path = folder.path() + QStringLiteral("/media/") + name;
-    QDir().mkpath(folder.path() + QStringLiteral("/media"));
+    QDir().mkpath(folder.file(QStringLiteral("media")));
+    const QString path = folder.file(QStringLiteral("media/") + name);
     QFile f(path);
     if (f.open(QIODevice::WriteOnly))
         f.write("RIFF");
-    build();
     player->setDuration(path, seconds);
     return path;
 }
