@@ -3,8 +3,7 @@
 //
 // Run offscreen: QT_QPA_PLATFORM=offscreen editor_bench
 
-#include "editor/RTB.h"
-#include "editor/UndoHistory.h"
+#include "RecordingEditor.h"
 #include "Transcript.h"
 
 #include <QApplication>
@@ -30,16 +29,9 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
 
-    RichTextBox rtb;
-    UndoHistory history;
-    rtb.onChange = [&] {
-        if (history.RegistraUndo)
-            history.capture(rtb);
-    };
-    history.RegistraUndo = true;
-    history.capture(rtb);
-    rtb.resize(800, 600);
-    rtb.show();
+    RecordingEditor editor;
+    RichTextBox &rtb = editor.rtb;
+    UndoHistory &history = editor.history;
 
     const QString text = transcript(500000);
     QElapsedTimer load;

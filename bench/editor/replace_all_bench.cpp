@@ -5,8 +5,7 @@
 // Run offscreen: QT_QPA_PLATFORM=offscreen replace_all_bench
 
 #include "editor/FindWindow.h"
-#include "editor/RTB.h"
-#include "editor/UndoHistory.h"
+#include "RecordingEditor.h"
 #include "Transcript.h"
 
 #include <QApplication>
@@ -46,18 +45,9 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
 
-    // The editor's text control with its Change event recording undo, as
-    // in the editor window.
-    RichTextBox rtb;
-    UndoHistory history;
-    rtb.onChange = [&] {
-        if (history.RegistraUndo)
-            history.capture(rtb);
-    };
-    history.RegistraUndo = true;
-    history.capture(rtb);
-    rtb.resize(800, 600);
-    rtb.show();
+    RecordingEditor editor;
+    RichTextBox &rtb = editor.rtb;
+    UndoHistory &history = editor.history;
 
     const QString text = transcript(500000, 12);
     const qsizetype expected = text.count(QStringLiteral("and"));
