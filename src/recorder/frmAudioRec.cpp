@@ -242,23 +242,25 @@ void frmAudioRec::btnStop_Click()
     m_waveIn->AggancioCattura(true);
 }
 
+// While recording, only Stop acts; the format and the file are fixed.
+void frmAudioRec::setRecordingControls(bool recording)
+{
+    bCattura = recording;
+    bMisura = recording;
+    btnStop->setEnabled(recording);
+    for (QWidget *w : std::initializer_list<QWidget *>{cmbChannels, cmbFrequency, cmbBits, txtFile})
+        w->setEnabled(!recording);
+}
+
 void frmAudioRec::EnableRecording()
 {
-    bCattura = true;
-    bMisura = true;
-    btnStop->setEnabled(true);
-    for (QWidget *w : std::initializer_list<QWidget *>{cmbChannels, cmbFrequency, cmbBits, txtFile})
-        w->setEnabled(false);
+    setRecordingControls(true);
     setState(ctx.Lingua(113), 255, true);
 }
 
 void frmAudioRec::DisableRecording()
 {
-    bCattura = false;
-    bMisura = false;
-    btnStop->setEnabled(false);
-    for (QWidget *w : std::initializer_list<QWidget *>{cmbChannels, cmbFrequency, cmbBits, txtFile})
-        w->setEnabled(true);
+    setRecordingControls(false);
     setState(QString(), 0xFF0000, false);
 }
 

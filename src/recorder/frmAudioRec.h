@@ -75,6 +75,7 @@ protected:
 
 private:
     void setState(const QString &caption, int color, bool bold);
+    void setRecordingControls(bool recording);
     void setMeter(QProgressBar *meter, qint64 width);
     void stopAfterFailure(int entry);
 
