@@ -27,6 +27,7 @@
 #include <vector>
 
 // After Qt: Xlib defines Bool, Status and other plain names.
+#include "../support/ProgramCopy.h"
 #include "../support/XWatch.h"
 
 namespace {
@@ -168,8 +169,7 @@ int main(int argc, char **argv)
     }
     QTemporaryDir work;
     const QString dir = work.path();
-    const QString programDir = QFileInfo(QStringLiteral(QM_PROGRAM)).absolutePath();
-    QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-r"), programDir, dir + QStringLiteral("/program")});
+    const QString executable = bench::copyProgram(QStringLiteral(QM_PROGRAM), dir);
     const QString tone = dir + QStringLiteral("/tone.ogg");
     if (QProcess::execute(QStringLiteral("sox"), {QStringLiteral("-n"), QStringLiteral("-r"), QStringLiteral("48000"),
                                                    QStringLiteral("-c"), QStringLiteral("1"), tone, QStringLiteral("synth"),
@@ -216,7 +216,7 @@ int main(int argc, char **argv)
     program.setStandardErrorFile(QProcess::nullDevice());
     x.drain();
     const double started = bench::nowMs();
-    program.start(dir + QStringLiteral("/program/quillmere"), {tone});
+    program.start(executable, {tone});
     const qint64 pid = program.processId();
     bench::Mapped player;
     while (player.atMs < 0) {

@@ -15,6 +15,7 @@
 #include <vector>
 
 // After Qt: Xlib defines Bool, Status and other plain names.
+#include "../support/ProgramCopy.h"
 #include "../support/XWatch.h"
 
 namespace {
@@ -84,11 +85,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "startup_bench needs a display; run it under xvfb-run -a\n");
         return 2;
     }
-    // The program writes its settings into its own folder: run a copy.
     QTemporaryDir work;
-    const QString programDir = QFileInfo(QStringLiteral(QM_PROGRAM)).absolutePath();
-    QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-r"), programDir, work.path() + QStringLiteral("/program")});
-    const QString program = work.path() + QStringLiteral("/program/quillmere");
+    const QString program = bench::copyProgram(QStringLiteral(QM_PROGRAM), work.path());
 
     // One run of each first, to warm the disk cache and the font cache.
     runOnce(x, QStringLiteral(QM_BARE), false, work.path());
