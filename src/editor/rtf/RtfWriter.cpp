@@ -8,6 +8,7 @@
 #include <QTextDocument>
 #include <QTextList>
 #include <algorithm>
+#include <charconv>
 #include <vector>
 
 namespace Rtf::detail {
@@ -460,8 +461,12 @@ void Writer::word(const char *w)
 
 void Writer::word(const char *w, int param)
 {
+    // Every character outside the code page and every style change goes
+    // through here: format on the stack rather than in a temporary array.
+    char digits[16];
+    const auto end = std::to_chars(digits, digits + sizeof digits, param).ptr;
     m_out += w;
-    m_out += QByteArray::number(param);
+    m_out.append(digits, end - digits);
     m_needDelimiter = true;
 }
 
