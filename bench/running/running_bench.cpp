@@ -223,7 +223,7 @@ int main(int argc, char **argv)
         const bench::Mapped m = x.nextMap(15000);
         if (m.atMs < 0)
             break;
-        if (m.width < 500 && m.height < 400)
+        if (m.isPlayer())
             player = m;
     }
     if (player.atMs < 0) {

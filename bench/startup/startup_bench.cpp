@@ -35,7 +35,7 @@ QProcessEnvironment quietEnvironment()
     return env;
 }
 
-// The player is the small window; the editor the large one.
+// The player is known by its title; the editor is the large window.
 Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const QString &workDir)
 {
     QProcess p;
@@ -52,7 +52,12 @@ Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const 
         const bench::Mapped m = x.nextMap(15000);
         if (m.atMs < 0)
             break;
-        (m.width < 500 && m.height < 400 ? player : editor) = m;
+        // Other windows that come and go on the way (the bookmark window
+        // of the settings is shown and unloaded again) are not counted.
+        if (m.isPlayer() || m.title == "bare")
+            player = m;
+        else if (m.width >= 500)
+            editor = m;
     }
     if (player.atMs >= 0)
         s.playerMs = player.atMs - start;

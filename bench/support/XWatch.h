@@ -26,8 +26,11 @@ inline double nowMs()
 
 struct Mapped
 {
+    // The player's title begins with the program's name.
+    bool isPlayer() const { return title.rfind("Quillmere", 0) == 0; }
     Window window = 0;
     int width = 0, height = 0;
+    std::string title;
     double atMs = -1;
 };
 
@@ -38,6 +41,9 @@ public:
     {
         if (!m_dpy)
             return;
+        // A window may be gone before it is asked about (a run ends): such
+        // an error is no reason to end the benchmark.
+        XSetErrorHandler([](Display *, XErrorEvent *) { return 0; });
         m_root = DefaultRootWindow(m_dpy);
         // Qt answers a ping by sending it to the root window for StructureNotify.
         XSelectInput(m_dpy, m_root, SubstructureNotifyMask | StructureNotifyMask);
@@ -74,9 +80,14 @@ public:
                 m.atMs = nowMs();
                 m.window = e.xmap.window;
                 XWindowAttributes a;
-                if (XGetWindowAttributes(m_dpy, m.window, &a)) {
-                    m.width = a.width;
-                    m.height = a.height;
+                if (!XGetWindowAttributes(m_dpy, m.window, &a))
+                    continue;
+                m.width = a.width;
+                m.height = a.height;
+                char *name = nullptr;
+                if (XFetchName(m_dpy, m.window, &name) && name) {
+                    m.title = name;
+                    XFree(name);
                 }
                 return m;
             }
