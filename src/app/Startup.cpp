@@ -15,6 +15,8 @@
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
+#include <QTimer>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -24,6 +26,11 @@ QSize screenTwips()
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize px = screen ? screen->geometry().size() : QSize(1024, 768);
     return {Twips::fromPixels(px.width()), Twips::fromPixels(px.height())};
+}
+
+bool framed(const QWidget *window)
+{
+    return window->frameGeometry().height() > window->geometry().height();
 }
 
 } // namespace
@@ -38,33 +45,48 @@ void Form1::Form_Initialize()
 void Form1::PosizionaEditor()
 {
     Form2 *editor = ctx.form2();
+    // The editor's own moves on the way are not moves by someone else.
+    const QScopedValueRollback placing(m_placingEditor, true);
     if (!ctx.BookMark[0].isEmpty())
         editor->setTop(ctx.form3()->Top() + ctx.form3()->Height() + 30);
     else
         editor->setTop(Top() + Height() + 30);
     editor->setLeft(Left());
     // The rule places frames against frames. Before the window manager has
-    // framed this window (at start-up) its height lacks the title bar, and
-    // it has yet to move to its place, so the editor would land under it:
-    // the placement is made again when the frame comes (see moveEvent).
-    const bool framed = frameGeometry().height() > geometry().height();
-    if (framed)
+    // framed both windows (at start-up) a height lacks its title bar, and a
+    // window may yet move to its place: the placement is made again as the
+    // frames come.
+    if (framed(this) && (!editor->isVisible() || framed(editor)))
         m_editorPlacedUnframed.reset();
     else
         m_editorPlacedUnframed = QPoint(editor->Left(), editor->Top());
 }
 
+void Form1::placeEditorAgain()
+{
+    if (!m_editorPlacedUnframed || m_placingEditor || !framed(this))
+        return;
+    const QPoint placed = *m_editorPlacedUnframed;
+    // Unless something else (the saved positions) has moved the editor
+    // since. A window manager that has framed the editor meanwhile has put
+    // either its frame or its inside where it was placed.
+    const Form2 *editor = ctx.form2();
+    const QRect inside = editor->geometry();
+    if (QPoint(editor->Left(), editor->Top()) == placed
+        || QPoint(Twips::fromPixels(inside.x()), Twips::fromPixels(inside.y())) == placed)
+        PosizionaEditor();
+    else
+        m_editorPlacedUnframed.reset();
+}
+
 void Form1::moveEvent(QMoveEvent *event)
 {
     QMainWindow::moveEvent(event);
-    if (!m_editorPlacedUnframed || frameGeometry().height() <= geometry().height())
-        return;
-    const QPoint placed = *m_editorPlacedUnframed;
-    m_editorPlacedUnframed.reset();
-    // Unless something else (the saved positions) has moved the editor since.
-    Form2 *editor = ctx.form2();
-    if (editor->Left() == placed.x() && editor->Top() == placed.y())
-        PosizionaEditor();
+    placeEditorAgain();
+    // The windows due at the first paint wait for this window's frame, for
+    // the editor to be placed against it before it is first shown.
+    if (windowsDue() && m_firstPaintDone && framed(this))
+        QTimer::singleShot(0, this, &Form1::showDueWindows);
 }
 
 void Form1::Form_Load()
@@ -162,7 +184,7 @@ void Form1::Form_Load()
             editor->setWidth(screen.width() - editor->Left());
         if (editor->Top() + editor->Height() > screen.height())
             editor->setHeight(screen.height() - editor->Top());
-        editor->show();
+        m_editorDue = true;
     }
 
     // 9. The bookmark window, by the inverted reading of its line.
@@ -172,7 +194,7 @@ void Form1::Form_Load()
         marks->setTop(line18);
         marks->setWidth(line19);
         marks->setHeight(line20);
-        marks->show();
+        marks->showLater();
     }
 
     // Unsaved text of a run that ended abruptly, offered back before
@@ -242,6 +264,40 @@ void Form1::Form_Load()
     // 22.
     if (line24 == 1)
         ControllaAggiornamenti();
+}
+
+bool Form1::windowsDue() const
+{
+    const Form3 *marks = ctx.existingForm3();
+    return m_editorDue || (marks && marks->showDue());
+}
+
+void Form1::windowsDueAtFirstPaint()
+{
+    // A window manager has usually framed this window by now. Without one
+    // no frame comes, and the others follow a moment later.
+    QTimer::singleShot(framed(this) ? 0 : 20, this, &Form1::showDueWindows);
+}
+
+void Form1::showDueWindows()
+{
+    if (!windowsDue())
+        return;
+    if (Form3 *marks = ctx.existingForm3())
+        marks->showIfDue();
+    if (m_editorDue) {
+        m_editorDue = false;
+        ctx.form2()->show();
+    }
+    // This window keeps the focus it has as the last window shown.
+    if (isVisible() && !isMinimized())
+        activateWindow();
+}
+
+bool Form1::editorOpen() const
+{
+    const Form2 *editor = ctx.existingForm2();
+    return m_editorDue || (editor && editor->isVisible());
 }
 
 void Form1::Form_Unload(int &Cancel)

@@ -79,7 +79,9 @@ int main(int argc, char **argv)
     std::setlocale(LC_NUMERIC, "C");
 
     const QString programFolder = QCoreApplication::applicationDirPath();
-    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere.png")));
+    // The small icon serves the title bar; the large one, which costs a
+    // 256-pixel decoding, is added once the window is on screen.
+    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere-48.png")));
 
     auto *player = new LazyPlayer(programFolder);
     LazyPlayer *lazy = player;
@@ -105,7 +107,14 @@ int main(int argc, char **argv)
     MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
-    ctx.form1()->onFirstPaint = [lazy] { QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); }); };
+    ctx.form1()->onFirstPaint = [lazy, programFolder] {
+        QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); });
+        QTimer::singleShot(0, qApp, [programFolder] {
+            QIcon icon = QApplication::windowIcon();
+            icon.addFile(programFolder + QStringLiteral("/Files/quillmere.png"));
+            QApplication::setWindowIcon(icon);
+        });
+    };
     if (ctx.processEnded())
         return 0;
     return app.exec();

@@ -140,6 +140,14 @@ void Form3::copyListToTable()
         ctx.BookMark[size_t(i)] = List2->List(i);
 }
 
+void Form3::showIfDue()
+{
+    if (!m_showDue)
+        return;
+    m_showDue = false;
+    show();
+}
+
 void Form3::Form_Unload()
 {
     SvuotaBookMark();

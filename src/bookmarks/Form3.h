@@ -44,6 +44,13 @@ public:
     void setWidth(int twips);
     void setHeight(int twips);
 
+    // Shown once the player window has painted (Form1 shows it); counts as
+    // open until then. A window unloaded before that never shows.
+    void showLater() { m_showDue = true; }
+    bool showDue() const { return m_showDue; }
+    void showIfDue();
+    bool isOpen() const { return m_showDue || isVisible(); }
+
     void Form_Load();
     void Form_Resize();
     void Form_Unload();
@@ -67,4 +74,5 @@ private:
     void SvuotaBookMark();
     // BookMark(i) = List2.List(i) for each row of List1.
     void copyListToTable();
+    bool m_showDue = false;
 };

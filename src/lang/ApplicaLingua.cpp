@@ -73,11 +73,10 @@ void Form1::ApplicaLingua()
     mnuImpostaAudio->setText(L(81));
 
     // 2, 3. Captions that tell what the command will do.
-    const Form2 *editor = ctx.existingForm2();
-    mnuMostraNascondi->setText(editor && editor->isVisible() ? L(116) : L(86));
+    mnuMostraNascondi->setText(editorOpen() ? L(116) : L(86));
     mnuVisualizza->menuAction()->setText(L(87));
     const Form3 *marks = ctx.existingForm3();
-    mnuBookMark->setText(marks && marks->isVisible() ? L(85) : L(84));
+    mnuBookMark->setText(marks && marks->isOpen() ? L(85) : L(84));
 
     // 4. The further menus.
     mnuAddBM->setText(L(93));

@@ -13,6 +13,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QWidget>
+#include <algorithm>
 
 Form1::Form1(AppContext &context)
     : QMainWindow(nullptr)
@@ -41,9 +42,15 @@ namespace {
 
 // The skin's labels have the sizes of their design; the widest text a label
 // shows must fit in it with the fonts of this system.
+// Every size measured loads a font of its own: the first guess is the size
+// that scales the text to the label, then smaller sizes until it fits.
 void fitFont(QLabel *label, const QString &widest)
 {
     QFont font = label->font();
+    const int width = QFontMetrics(font).horizontalAdvance(widest);
+    if (width <= label->width() || font.pointSize() <= 6)
+        return;
+    font.setPointSize(std::max(6, font.pointSize() * label->width() / width));
     while (font.pointSize() > 6 && QFontMetrics(font).horizontalAdvance(widest) > label->width())
         font.setPointSize(font.pointSize() - 1);
     label->setFont(font);
@@ -307,6 +314,8 @@ void Form1::paintEvent(QPaintEvent *event)
     QMainWindow::paintEvent(event);
     if (!m_firstPaintDone) {
         m_firstPaintDone = true;
+        if (windowsDue())
+            windowsDueAtFirstPaint();
         if (onFirstPaint)
             onFirstPaint();
     }

@@ -128,7 +128,16 @@ public:
     // --- Start-up and exit (app/Startup.cpp) -----------------------------
     void Form_Initialize();
     void PosizionaEditor();
+    // Places the editor again once the window manager has framed this window.
+    void placeEditorAgain();
     void Form_Load();
+    // The editor and bookmark windows that Form_Load found open are shown
+    // once this window has painted, so that building them does not delay
+    // the player on screen. Shows them now if they are still due; the
+    // first paint calls it.
+    void showDueWindows();
+    // The editor is open, or will be at the first paint.
+    bool editorOpen() const;
     void Form_Unload(int &Cancel);
     void mnuEsci_Click();
     void Salva(); // app/Settings.cpp
@@ -255,9 +264,13 @@ private:
     void buildMenus();
     void wireTimers();
     bool m_firstPaintDone = false;
+    bool m_editorDue = false;
+    bool windowsDue() const;
+    void windowsDueAtFirstPaint();
     // Where PosizionaEditor put the editor (twips) while this window had no
     // frame yet; placed again once the frame is there.
     std::optional<QPoint> m_editorPlacedUnframed;
+    bool m_placingEditor = false;
 
 public:
     // Called once after the window's first paint (the player back-end is

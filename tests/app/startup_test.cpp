@@ -177,6 +177,19 @@ TEST(FormLoad, SavedPositionsApplyOnlyWhenLines13And14DoNotAddUpToZero)
     }
 }
 
+// The editor open at the last exit is built after the player's first paint,
+// and counts as open until then.
+TEST(FormLoad, TheOpenEditorComesAfterThePlayersFirstPaint)
+{
+    TestApp app;
+    app.folder.setSettingsLine(8, u"0"_s);
+    ASSERT_TRUE(app.ctx().Main());
+    EXPECT_FALSE(app.form2().isVisible());
+    EXPECT_EQ(app.form1().mnuMostraNascondi->text(), app.ctx().Lingua(116));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return app.form2().isVisible(); }, 3000));
+    EXPECT_EQ(app.form1().mnuMostraNascondi->text(), app.ctx().Lingua(116));
+}
+
 // A quoted path opens the file; an unquoted one is opened as it came,
 // closed again, and then given without its first and last letter, which
 // names no file.

@@ -63,9 +63,11 @@ protected:
         if (QGuiApplication::platformName() != QLatin1String("xcb"))
             GTEST_SKIP() << "needs an X server: run through with_x11.sh";
         app.folder.setSettingsLine(8, QStringLiteral("0")); // the editor shown
-        ASSERT_TRUE(app.start());
-        app.form1().show();
+        // As the program starts: the editor comes after the player's
+        // first paint, placed against its frame.
+        ASSERT_TRUE(app.ctx().Main());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&app.form1()));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return app.form2().isVisible(); }, 3000));
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&app.form2()));
     }
 
