@@ -14,9 +14,9 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QPixmap>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QTimer>
-#include <QScopedValueRollback>
 
 namespace {
 
