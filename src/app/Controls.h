@@ -56,6 +56,29 @@ private:
     int m_height = 0;
 };
 
+// A window that the start shows once the player window has painted, so that
+// building it does not delay the player on screen. It counts as open until
+// then; a window unloaded before that never shows.
+class ShownLater
+{
+public:
+    explicit ShownLater(QWidget *window) : m_window(window) {}
+    void showLater() { m_due = true; }
+    bool showDue() const { return m_due; }
+    void showIfDue()
+    {
+        if (!m_due)
+            return;
+        m_due = false;
+        m_window->show();
+    }
+    bool isOpen() const { return m_due || m_window->isVisible(); }
+
+private:
+    QWidget *m_window;
+    bool m_due = false;
+};
+
 // The geometry of a top-level window in twips: its outer frame, as the
 // program places its windows relative to one another and to the screen.
 class WindowTwips

@@ -184,7 +184,7 @@ void Form1::Form_Load()
             editor->setWidth(screen.width() - editor->Left());
         if (editor->Top() + editor->Height() > screen.height())
             editor->setHeight(screen.height() - editor->Top());
-        m_editorDue = true;
+        editor->showLater();
     }
 
     // 9. The bookmark window, by the inverted reading of its line.
@@ -268,8 +268,9 @@ void Form1::Form_Load()
 
 bool Form1::windowsDue() const
 {
+    const Form2 *editor = ctx.existingForm2();
     const Form3 *marks = ctx.existingForm3();
-    return m_editorDue || (marks && marks->showDue());
+    return (editor && editor->showDue()) || (marks && marks->showDue());
 }
 
 void Form1::windowsDueAtFirstPaint()
@@ -285,10 +286,7 @@ void Form1::showDueWindows()
         return;
     if (Form3 *marks = ctx.existingForm3())
         marks->showIfDue();
-    if (m_editorDue) {
-        m_editorDue = false;
-        ctx.form2()->show();
-    }
+    ctx.form2()->showIfDue();
     // This window keeps the focus it has as the last window shown.
     if (isVisible() && !isMinimized())
         activateWindow();
@@ -297,7 +295,7 @@ void Form1::showDueWindows()
 bool Form1::editorOpen() const
 {
     const Form2 *editor = ctx.existingForm2();
-    return m_editorDue || (editor && editor->isVisible());
+    return editor && editor->isOpen();
 }
 
 void Form1::Form_Unload(int &Cancel)

@@ -34,7 +34,7 @@ constexpr int ButtonHeight = 375;
 
 } // namespace
 
-Form3::Form3(AppContext &context) : QWidget(nullptr), WindowTwips(this), ctx(context)
+Form3::Form3(AppContext &context) : QWidget(nullptr), WindowTwips(this), ShownLater(this), ctx(context)
 {
     setObjectName(QStringLiteral("Form3"));
     setWindowFlag(Qt::Tool, true);
@@ -138,14 +138,6 @@ void Form3::copyListToTable()
     const int rows = std::min(List1->ListCount(), BookmarkFile::Entries);
     for (int i = 0; i < rows; ++i)
         ctx.BookMark[size_t(i)] = List2->List(i);
-}
-
-void Form3::showIfDue()
-{
-    if (!m_showDue)
-        return;
-    m_showDue = false;
-    show();
 }
 
 void Form3::Form_Unload()

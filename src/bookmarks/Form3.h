@@ -20,7 +20,7 @@ class QPushButton;
 // The window is loaded by the first routine that touches it (the context's
 // form3()), which runs Form_Load; ctx.unloadForm3() runs Form_Unload and
 // destroys it.
-class Form3 : public QWidget, public WindowTwips
+class Form3 : public QWidget, public WindowTwips, public ShownLater
 {
 public:
     explicit Form3(AppContext &ctx);
@@ -43,13 +43,6 @@ public:
     // and the frame arrives with the first showing).
     void setWidth(int twips);
     void setHeight(int twips);
-
-    // Shown once the player window has painted (Form1 shows it); counts as
-    // open until then. A window unloaded before that never shows.
-    void showLater() { m_showDue = true; }
-    bool showDue() const { return m_showDue; }
-    void showIfDue();
-    bool isOpen() const { return m_showDue || isVisible(); }
 
     void Form_Load();
     void Form_Resize();
@@ -74,5 +67,4 @@ private:
     void SvuotaBookMark();
     // BookMark(i) = List2.List(i) for each row of List1.
     void copyListToTable();
-    bool m_showDue = false;
 };

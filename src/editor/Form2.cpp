@@ -46,7 +46,7 @@ constexpr ToolbarArea toolbarAreas[17] = {
 
 } // namespace
 
-Form2::Form2(AppContext &context) : QMainWindow(nullptr), ctx(context)
+Form2::Form2(AppContext &context) : QMainWindow(nullptr), ShownLater(this), ctx(context)
 {
     setObjectName(QStringLiteral("Form2"));
     setWindowTitle(QStringLiteral("Text Editor"));

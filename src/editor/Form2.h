@@ -35,7 +35,7 @@ protected:
 // Routine bodies live in files by concern: the window and its language
 // (Form2.cpp), the document commands (Document.cpp), the events of the text
 // and the clipboard (EditorEvents.cpp).
-class Form2 : public QMainWindow
+class Form2 : public QMainWindow, public ShownLater
 {
 public:
     explicit Form2(AppContext &ctx);

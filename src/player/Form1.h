@@ -264,7 +264,6 @@ private:
     void buildMenus();
     void wireTimers();
     bool m_firstPaintDone = false;
-    bool m_editorDue = false;
     bool windowsDue() const;
     void windowsDueAtFirstPaint();
     // Where PosizionaEditor put the editor (twips) while this window had no
