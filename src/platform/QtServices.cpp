@@ -5,9 +5,9 @@
 #include <QCryptographicHash>
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QLocale>
-#include <QLockFile>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -16,6 +16,9 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace {
 
@@ -238,7 +241,11 @@ bool QtShell::hasProgram(const QString &name)
 }
 
 QtSystemInfo::QtSystemInfo(QString programFolder) : m_programFolder(std::move(programFolder)) {}
-QtSystemInfo::~QtSystemInfo() = default;
+QtSystemInfo::~QtSystemInfo()
+{
+    if (m_lockFd >= 0)
+        ::close(m_lockFd);
+}
 
 QString QtSystemInfo::countryEnglishName()
 {
@@ -254,7 +261,12 @@ bool QtSystemInfo::acquireInstanceLock()
     QString dir = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (dir.isEmpty())
         dir = QDir::tempPath();
-    m_lock = std::make_unique<QLockFile>(dir + QStringLiteral("/quillmere-") + QString::fromLatin1(key) + QStringLiteral(".lock"));
-    m_lock->setStaleLockTime(0);
-    return m_lock->tryLock(0);
+    const QByteArray path = QFile::encodeName(dir + QStringLiteral("/quillmere-") + QString::fromLatin1(key)
+                                              + QStringLiteral(".lock"));
+    // A lock the system holds for the open file: it ends with the process
+    // however that ends, so no stale lock is ever left to judge, and taking
+    // it writes nothing to wait for on the disk.
+    if (m_lockFd < 0)
+        m_lockFd = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return m_lockFd >= 0 && ::flock(m_lockFd, LOCK_EX | LOCK_NB) == 0;
 }

@@ -9,7 +9,6 @@
 #include <QString>
 #include <memory>
 
-class QLockFile;
 
 // The real platform services over Qt.
 
@@ -61,5 +60,5 @@ public:
 
 private:
     QString m_programFolder;
-    std::unique_ptr<QLockFile> m_lock;
+    int m_lockFd = -1;
 };

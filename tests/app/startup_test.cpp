@@ -5,6 +5,7 @@
 
 #include "editor/Form2.h"
 #include "lang/LanguageFile.h"
+#include "platform/QtServices.h"
 #include "player/Form1.h"
 
 #include <QAction>
@@ -110,6 +111,19 @@ TEST(Main, WhatCannotStartEndsInOneMessageBox)
     app.folder.setSettingsLine(1, u"Long.lng"_s);
     EXPECT_TRUE(app.start());
     EXPECT_EQ(app.ctx().Lingua(150), u"entry 150"_s);
+}
+
+// The real lock: one holder per program folder, free again once the holder
+// is gone, and another folder has a lock of its own.
+TEST(Main, OneInstanceLockPerProgramFolder)
+{
+    QTemporaryDir a, b;
+    auto first = std::make_unique<QtSystemInfo>(a.path());
+    ASSERT_TRUE(first->acquireInstanceLock());
+    EXPECT_FALSE(QtSystemInfo(a.path()).acquireInstanceLock());
+    EXPECT_TRUE(QtSystemInfo(b.path()).acquireInstanceLock());
+    first.reset();
+    EXPECT_TRUE(QtSystemInfo(a.path()).acquireInstanceLock());
 }
 
 TEST(FormLoad, SettingsLinesTakeEffectWithTheirOwnRules)
