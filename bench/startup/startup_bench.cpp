@@ -54,8 +54,12 @@ Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const 
             break;
         // Other windows that come and go on the way (the bookmark window
         // of the settings is shown and unloaded again) are not counted.
-        if (m.isPlayer() || m.title == "bare")
+        if (m.isPlayer()) {
             player = m;
+        } else if (m.title == "bare") {
+            player = m;
+            withEditor = false;
+        }
         else if (m.width >= 500)
             editor = m;
     }
@@ -91,15 +95,20 @@ int main(int argc, char **argv)
         return 2;
     }
     QTemporaryDir work;
-    const QString program = bench::copyProgram(QStringLiteral(QM_PROGRAM), work.path());
+    // Two other programs may be named to compare builds: the program, then
+    // the yardstick.
+    const QStringList args = QCoreApplication::arguments();
+    const QString program = bench::copyProgram(args.size() > 1 ? args.at(1) : QStringLiteral(QM_PROGRAM),
+                                               work.path());
+    const QString yardstick = args.size() > 2 ? args.at(2) : QStringLiteral(QM_BARE);
 
     // One run of each first, to warm the disk cache and the font cache.
-    runOnce(x, QStringLiteral(QM_BARE), false, work.path());
+    runOnce(x, yardstick, false, work.path());
     runOnce(x, program, true, work.path());
     const int runs = 11;
     std::vector<double> player, bare, editor;
     for (int i = 0; i < runs; ++i) {
-        bare.push_back(runOnce(x, QStringLiteral(QM_BARE), false, work.path()).playerMs);
+        bare.push_back(runOnce(x, yardstick, false, work.path()).playerMs);
         const Sample a = runOnce(x, program, true, work.path());
         player.push_back(a.playerMs);
         editor.push_back(a.editorMs);
