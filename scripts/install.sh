@@ -16,7 +16,8 @@ case "$PREFIX" in /*) ;; *) PREFIX="$(pwd)/$PREFIX" ;; esac
 ID=net.brackenloft.Quillmere
 APPDIR="$PREFIX/lib/quillmere"
 
-if [ ! -x "$BUILD/bin/quillmere" ] || [ ! -f "$BUILD/bin/libquillmere-mpv.so" ]; then
+if [ ! -x "$BUILD/bin/quillmere" ] || [ ! -f "$BUILD/bin/libquillmere-mpv.so" ] \
+    || [ ! -f "$BUILD/bin/libquillmere-capture.so" ]; then
     echo "install: build the program first ($BUILD/bin/quillmere is missing)" >&2
     exit 1
 fi
@@ -35,13 +36,15 @@ folder() {
 [ -d "$PREFIX" ] || mkdir -p "$PREFIX"
 folder lib/quillmere
 
-# The program folder: executable, player module, data.
+# The program folder: executable, player and sound input modules, data.
 install -m 755 "$BUILD/bin/quillmere" "$APPDIR/quillmere"
-install -m 644 "$BUILD/bin/libquillmere-mpv.so" "$APPDIR/libquillmere-mpv.so"
+for module in mpv capture; do
+    install -m 644 "$BUILD/bin/libquillmere-$module.so" "$APPDIR/libquillmere-$module.so"
+    echo "f lib/quillmere/libquillmere-$module.so" >> "$LIST"
+done
 for sub in Files Files/Lang Bookmarks Demo; do folder "lib/quillmere/$sub"; done
 cmake -DSRC="$SRC/data" -DDST="$APPDIR" -P "$SRC/data/LayOut.cmake"
 echo "f lib/quillmere/quillmere" >> "$LIST"
-echo "f lib/quillmere/libquillmere-mpv.so" >> "$LIST"
 (cd "$SRC/data" && find Files Demo Versioni.txt -type f ! -name .keep) | sed 's|^|f lib/quillmere/|' >> "$LIST"
 
 # The command on the PATH.

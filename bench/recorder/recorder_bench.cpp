@@ -6,7 +6,7 @@
 //
 //   recorder_bench [minutes]
 
-#include "platform/QtAudioInput.h"
+#include "platform/LazyAudioInput.h"
 #include "recorder/WaveIn.h"
 
 #include <QCoreApplication>
@@ -94,7 +94,7 @@ int main(int argc, char **argv)
     while (warm.elapsed() < 2000)
         app.processEvents(QEventLoop::AllEvents, 50);
 
-    QtAudioInput source;
+    LazyAudioInput source(QStringLiteral(QM_MODULE_DIR));
     const QString path = dir.filePath(QStringLiteral("long.wav"));
     double cpu = 0;
     qint64 wall = 0;

@@ -1,9 +1,9 @@
 // The program's entry: builds the real services and runs the start-up.
 
 #include "app/AppContext.h"
+#include "platform/LazyAudioInput.h"
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
-#include "platform/QtAudioInput.h"
 #include "platform/QtServices.h"
 #include "platform/QtWebReader.h"
 #include "player/Form1.h"
@@ -93,7 +93,7 @@ int main(int argc, char **argv)
     services.system = std::make_unique<QtSystemInfo>(programFolder);
     services.web = std::make_unique<QtWebReader>();
     services.media = std::make_unique<LazyMediaBackend>(*lazy);
-    services.audioInput = std::make_unique<QtAudioInput>();
+    services.audioInput = std::make_unique<LazyAudioInput>(programFolder);
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     const auto joinWarmUp = qScopeGuard([&warmUp] { warmUp.join(); });

@@ -3,7 +3,7 @@
 // 44100 Hz, says "sound" once the first buffer is in the file and runs
 // until it is ended.
 
-#include "platform/QtAudioInput.h"
+#include "platform/LazyAudioInput.h"
 #include "recorder/WaveIn.h"
 
 #include <QCoreApplication>
@@ -16,7 +16,7 @@ int main(int argc, char **argv)
     QCoreApplication app(argc, argv);
     if (argc < 2)
         return 2;
-    QtAudioInput source;
+    LazyAudioInput source(QStringLiteral(QM_MODULE_DIR));
     WaveIn engine(source);
     engine.message = [](const QString &text, int, const QString &) {
         std::printf("refused: %s\n", qPrintable(text));

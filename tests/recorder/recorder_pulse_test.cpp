@@ -4,7 +4,7 @@
 
 #include "Soxi.h"
 
-#include "platform/QtAudioInput.h"
+#include "platform/LazyAudioInput.h"
 #include "recorder/WaveIn.h"
 
 #include <QDir>
@@ -75,7 +75,7 @@ protected:
 
 TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
 {
-    QtAudioInput source;
+    LazyAudioInput source(QStringLiteral(QM_MODULE_DIR));
     WaveIn engine(source);
     engine.message = [](const QString &text, int, const QString &) {
         ADD_FAILURE() << text.toStdString();

@@ -3,6 +3,7 @@
 #include "Soxi.h"
 #include "TestApp.h"
 
+#include "platform/LazyAudioInput.h"
 #include "player/Form1.h"
 #include "recorder/WaveIn.h"
 #include "recorder/frmAudioRec.h"
@@ -13,6 +14,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -140,4 +142,17 @@ TEST(Recorder, ALostDeviceOrClosingTheWindowFinishesTheFile)
     c.rec->close();
     EXPECT_FALSE(c.rec->waveIn().CattureInCorso);
     EXPECT_EQ(soxi(c.target).samples, (21 * 8192 + 1) / 4);
+}
+
+// A program folder without the sound input module refuses every capture as
+// a machine without an input device does.
+TEST(LazyAudioInput, WithoutItsModuleEveryStartIsRefused)
+{
+    QTemporaryDir empty;
+    LazyAudioInput input(empty.path());
+    const QString refusal = NoAudioInput().start({});
+    EXPECT_EQ(input.start({}), refusal);
+    input.suspend();
+    input.close();
+    EXPECT_EQ(input.start({}), refusal);
 }

@@ -1,4 +1,4 @@
-#include "platform/QtAudioInput.h"
+#include "platform/capture/QtAudioInput.h"
 
 #include <QAudioDevice>
 #include <QAudioFormat>
@@ -151,4 +151,9 @@ void QtAudioInput::failed(int capture, const QString &reason)
 {
     if (capture == m_capture && onLost)
         onLost(reason);
+}
+
+AudioInput *quillmere_create_audio_input()
+{
+    return new QtAudioInput;
 }

@@ -13,6 +13,11 @@ class CaptureWorker;
 // a queued call, which keeps the order. A piece of an earlier capture that
 // is still on its way when the next one starts is recognised by its number
 // and dropped.
+//
+// It lives in the module quillmere-capture, which the program loads at the
+// first capture (LazyAudioInput): Qt Multimedia and the sound server's
+// libraries, some twenty of them, would otherwise be loaded before the
+// first paint of every start.
 class QtAudioInput : public QObject, public AudioInput
 {
 public:
@@ -35,3 +40,6 @@ private:
     CaptureWorker *m_worker = nullptr;
     int m_capture = 0;
 };
+
+// The module's entry point: a new input, owned by the caller.
+extern "C" Q_DECL_EXPORT AudioInput *quillmere_create_audio_input();
