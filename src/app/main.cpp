@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QDBusConnection>
+#include <QFontDatabase>
 #include <QIcon>
 #include <QScopeGuard>
 #include <QImageReader>
@@ -21,6 +22,7 @@
 #include <clocale>
 #include <cstdio>
 #include <fontconfig/fontconfig.h>
+#include <future>
 #include <thread>
 
 namespace {
@@ -62,17 +64,23 @@ int main(int argc, char **argv)
         return 2;
     }
 
-    // Two costs of the first paint need no window and run beside the
-    // toolkit's own start on another core: reading the font configuration,
-    // which the first text measured would otherwise wait for, and loading
-    // the picture format plug-ins, every one of which the first PNG or BMP
-    // picture read loads to ask whether it reads that format.
-    std::thread warmUp([] {
+    // Costs of the first paint that run beside the toolkit's own start on
+    // another core: reading the font configuration, loading the picture
+    // format plug-ins (the first PNG or BMP picture read loads every one of
+    // them to ask whether it reads that format), and, once the application
+    // is there, listing the fonts, which the first text measured would
+    // otherwise do on this thread. The font list is safe to build from any
+    // thread; whoever needs it meanwhile waits for it.
+    std::promise<void> applicationMade;
+    std::thread warmUp([made = applicationMade.get_future()] {
         FcInit();
         QBuffer none;
         QImageReader(&none, "png").canRead();
+        made.wait();
+        QFontDatabase::families();
     });
     QApplication app(argc, argv);
+    applicationMade.set_value();
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
     // libmpv parses numbers with the C library and refuses to start unless
     // the numeric locale is "C"; Qt has set it from the environment.
