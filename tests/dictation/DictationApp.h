@@ -60,7 +60,6 @@ inline void prepareFolder(const ProgramFolder &folder, const Preset &s)
 struct DictationApp
 {
     TestApp app;
-    QString path;
 
     explicit DictationApp(const Preset &s = {})
     {
@@ -81,20 +80,13 @@ struct DictationApp
     // Opens a media file; it starts playing at position 0.
     void open(double seconds = 600.0)
     {
-        path = app.mediaFile(u"interview.wav"_s, seconds);
-        f().ApriMedia(path);
+        f().ApriMedia(app.mediaFile(u"interview.wav"_s, seconds));
         player().clearLog();
     }
 
-    // A change of the editor's text, as a typist makes it.
-    void type(const QString &text)
-    {
-        app.form2().RTB->insertPlainText(text);
-        // TODO: Form2::RTB_Change arms the typing watch; remove this once the
-        // editor's change handler does it.
-        if (f().mnuNoPlayOnWrite->isChecked())
-            f().Timer6->setInterval(1300);
-    }
+    // A change of the editor's text, as a typist makes it; the editor's
+    // change handler arms the typing watch.
+    void type(const QString &text) { app.form2().RTB->insertPlainText(text); }
 };
 
 } // namespace dictation

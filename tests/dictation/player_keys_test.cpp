@@ -32,8 +32,7 @@ TEST(PlayerKeys, EachKeyOfTheTableRunsItsCommand)
         {"F11 shows the full path", Qt::Key_F11, [&] { EXPECT_EQ(d.settingsLine(6), u"1"_s); }},
         {"F12 switches smart play on, with its explanation", Qt::Key_F12, [&] {
              EXPECT_TRUE(d.f().mnuSmartPlay->isChecked());
-             ASSERT_EQ(messages.size(), 1);
-             EXPECT_EQ(messages[0].style, 64);
+             EXPECT_EQ(messages.size(), 1);
              EXPECT_EQ(d.player().playState(), PlayerControl::Paused);
          }},
         {"F5 plays and arms the cycle", Qt::Key_F5, [&] { EXPECT_EQ(d.f().Timer5->interval(), 4000); }},
