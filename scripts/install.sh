@@ -16,11 +16,14 @@ case "$PREFIX" in /*) ;; *) PREFIX="$(pwd)/$PREFIX" ;; esac
 ID=net.brackenloft.Quillmere
 APPDIR="$PREFIX/lib/quillmere"
 
-if [ ! -x "$BUILD/bin/quillmere" ] || [ ! -f "$BUILD/bin/libquillmere-mpv.so" ] \
-    || [ ! -f "$BUILD/bin/libquillmere-capture.so" ]; then
-    echo "install: build the program first ($BUILD/bin/quillmere is missing)" >&2
-    exit 1
-fi
+# The modules the program loads from its folder: the player, the sound input.
+MODULES="mpv capture"
+for f in quillmere $(for m in $MODULES; do echo "libquillmere-$m.so"; done); do
+    if [ ! -f "$BUILD/bin/$f" ]; then
+        echo "install: build the program first ($BUILD/bin/$f is missing)" >&2
+        exit 1
+    fi
+done
 
 # Entries relative to the prefix: "f <file>" for a file, "d <dir>" for a
 # folder this installation created.
@@ -38,7 +41,7 @@ folder lib/quillmere
 
 # The program folder: executable, player and sound input modules, data.
 install -m 755 "$BUILD/bin/quillmere" "$APPDIR/quillmere"
-for module in mpv capture; do
+for module in $MODULES; do
     install -m 644 "$BUILD/bin/libquillmere-$module.so" "$APPDIR/libquillmere-$module.so"
     echo "f lib/quillmere/libquillmere-$module.so" >> "$LIST"
 done
