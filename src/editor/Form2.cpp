@@ -127,7 +127,6 @@ void Form2::buildControls()
     RTB->onLostFocus = [this] { RTB_LostFocus(); };
     Label1->lower();
     setFocusProxy(RTB);
-    buildToolbarTools();
 }
 
 void Form2::buildMenus()
@@ -231,10 +230,8 @@ void Form2::Form_Load()
             button->setCursor(cursor);
     }
 
-    // 5. The font boxes (their pointer is the buttons'), then the letters.
-    fillFontBoxes();
-
-    // 5. The letters over the four style buttons.
+    // 5. The letters over the four style buttons. The font boxes, whose
+    // pointer is the buttons', are filled as they are built.
     for (int i = 0; i < 4; ++i) {
         const ToolbarButton *button = Label2[size_t(i + 4)];
         Label3[size_t(i)]->place(button->Left(), i == 0 ? 90 : 80, button->Width(), 345);

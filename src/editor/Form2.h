@@ -51,6 +51,8 @@ public:
     std::array<ToolbarButton *, 17> Label2 = {};
     std::array<CaptionLabel *, 4> Label3 = {}; // letters over the style buttons
     std::unique_ptr<Timer> Timer1;   // clipboard form swap
+    // The font boxes and the hover mark come with the window's first show
+    // (or toolbarTools()): the player's first paint does not wait for them.
     QComboBox *Combo1 = nullptr;     // font names
     QComboBox *Combo2 = nullptr;     // font sizes
     QFrame *Shape1 = nullptr;        // the hover mark over the toolbar
@@ -156,6 +158,10 @@ public:
     void unloadFrmFind();
     // The program's exit: the window is hidden and goes with its timer.
     void frmFindAtExit();
+
+    // Builds the font boxes and the hover mark unless they are there.
+    void toolbarTools();
+    void setVisible(bool visible) override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -44,6 +44,22 @@ private:
 
 } // namespace
 
+void Form2::toolbarTools()
+{
+    if (Combo1)
+        return;
+    buildToolbarTools();
+    fillFontBoxes();
+}
+
+void Form2::setVisible(bool visible)
+{
+    // Built before the show, the tools are shown with the other controls.
+    if (visible)
+        toolbarTools();
+    QMainWindow::setVisible(visible);
+}
+
 void Form2::buildToolbarTools()
 {
     QWidget *surface = centralWidget();
@@ -137,6 +153,7 @@ void Form2::Label2_MouseMove(int Index)
 {
     if (Index < 0 || Index >= 17)
         return;
+    toolbarTools();
     const ToolbarButton *button = Label2[size_t(Index)];
     Shape1->setGeometry(Twips::toPixels(button->Left()), Twips::toPixels(button->Top()),
                         Twips::toPixels(button->Width()), Twips::toPixels(button->Height()));
@@ -145,7 +162,8 @@ void Form2::Label2_MouseMove(int Index)
 
 void Form2::NascondiEvidenza()
 {
-    Shape1->hide();
+    if (Shape1)
+        Shape1->hide();
 }
 
 void Form2::ShowColor()

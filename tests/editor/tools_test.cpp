@@ -90,6 +90,8 @@ TEST_F(EditorTools, EachFormatButtonActsOnTheSelectionAndSurvivesAnRtfRoundTrip)
 
 TEST_F(EditorTools, FontBoxesApplyToTheSelectionOnlyWhenTheirTextIsValid)
 {
+    // Built late, at the window's first show, the boxes show with it.
+    ASSERT_TRUE(editor->Combo1->isVisible() && editor->Combo2->isVisible());
     rtb->setText(QStringLiteral("some text"));
     rtb->selectAll();
     // Each keystroke applies at once; what isn't a size above 0 does nothing.
