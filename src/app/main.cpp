@@ -15,6 +15,7 @@
 #include <QBuffer>
 #include <QDBusConnection>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QScopeGuard>
 #include <QImageReader>
@@ -78,6 +79,9 @@ int main(int argc, char **argv)
         QImageReader(&none, "png").canRead();
         made.wait();
         QFontDatabase::families();
+        // The fallback fonts of the default font, which the first text
+        // measured asks for; the font database keeps them for every thread.
+        QFontMetrics(QFont()).horizontalAdvance(QStringLiteral(" 100%"));
     });
     QApplication app(argc, argv);
     applicationMade.set_value();
