@@ -16,8 +16,9 @@ case "$PREFIX" in /*) ;; *) PREFIX="$(pwd)/$PREFIX" ;; esac
 ID=net.brackenloft.Quillmere
 APPDIR="$PREFIX/lib/quillmere"
 
-# The modules the program loads from its folder: the player, the sound input.
-MODULES="mpv capture"
+# The modules the program loads from its folder: the player, the sound
+# input, the web reader.
+MODULES="mpv capture web"
 for f in quillmere $(for m in $MODULES; do echo "libquillmere-$m.so"; done); do
     if [ ! -f "$BUILD/bin/$f" ]; then
         echo "install: build the program first ($BUILD/bin/$f is missing)" >&2

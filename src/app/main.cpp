@@ -5,7 +5,7 @@
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
 #include "platform/QtServices.h"
-#include "platform/QtWebReader.h"
+#include "platform/LazyWebReader.h"
 #include "player/Form1.h"
 #include "remote/MediaRemote.h"
 #include "remote/Pedals.h"
@@ -103,7 +103,7 @@ int main(int argc, char **argv)
     services.dialogs = std::make_unique<QtDialogs>();
     services.shell = std::make_unique<QtShell>();
     services.system = std::make_unique<QtSystemInfo>(programFolder);
-    services.web = std::make_unique<QtWebReader>();
+    services.web = std::make_unique<LazyWebReader>(programFolder);
     services.media = std::make_unique<LazyMediaBackend>(*lazy);
     services.audioInput = std::make_unique<LazyAudioInput>(programFolder);
 

@@ -21,7 +21,7 @@ trap 'rm -rf "$WORK"' EXIT
 P="$WORK/prefix"
 "$SRC/scripts/install.sh" "$BUILD" "$P" > /dev/null
 
-for f in bin/quillmere lib/quillmere/quillmere lib/quillmere/libquillmere-mpv.so lib/quillmere/libquillmere-capture.so \
+for f in bin/quillmere lib/quillmere/quillmere lib/quillmere/libquillmere-mpv.so lib/quillmere/libquillmere-capture.so lib/quillmere/libquillmere-web.so \
          lib/quillmere/Files/Quillmere.ini lib/quillmere/Files/Help-en.html lib/quillmere/Versioni.txt \
          share/applications/$ID.desktop share/metainfo/$ID.metainfo.xml \
          share/icons/hicolor/16x16/apps/quillmere.png share/icons/hicolor/256x256/apps/quillmere.png; do

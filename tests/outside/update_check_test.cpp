@@ -6,11 +6,12 @@
 #include "WaitFor.h"
 
 #include "outside/Version.h"
-#include "platform/QtWebReader.h"
+#include "platform/LazyWebReader.h"
 #include "player/Form1.h"
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <gtest/gtest.h>
@@ -51,7 +52,7 @@ struct Check : TestApp
     explicit Check(QByteArray response) : server(std::move(response))
     {
         folder.setSettingsLine(24, QStringLiteral("1"));
-        web->target = std::make_unique<QtWebReader>();
+        web->target = std::make_unique<LazyWebReader>(QStringLiteral(QM_MODULE_DIR));
         web->address = QStringLiteral("http://127.0.0.1:%1/ver.txt").arg(server.serverPort());
     }
 };
@@ -81,7 +82,7 @@ TEST(UpdateCheck, AsksOnlyForANewerVersionOfNineCharacters)
         ASSERT_TRUE(app.start());
         ASSERT_TRUE(waitFor([&] { return !app.web->answers.isEmpty(); }, 6000));
         EXPECT_EQ(app.web->urls, QStringList{Outside::versionFileAddress()});
-        EXPECT_LE(app.web->answers.first().size(), QtWebReader::DefaultMaxBytes);
+        EXPECT_LE(app.web->answers.first().size(), LazyWebReader::DefaultMaxBytes);
         ASSERT_EQ(app.dialogs->messages.size(), row.answer ? 1 : 0);
         if (row.answer) {
             const FakeDialogs::Message &m = app.dialogs->messages.first();
@@ -114,8 +115,8 @@ TEST(UpdateCheck, SilentOrAbsentServerNeitherHoldsTheStartNorAsks)
         app.form1().mnuCheckUpdateStartup->trigger();
         EXPECT_FALSE(app.form1().mnuCheckUpdateStartup->isChecked());
 
-        ASSERT_TRUE(waitFor([&] { return !app.web->answers.isEmpty(); }, QtWebReader::DefaultTimeoutMs + 2000));
-        EXPECT_LT(clock.elapsed(), QtWebReader::DefaultTimeoutMs + 1000);
+        ASSERT_TRUE(waitFor([&] { return !app.web->answers.isEmpty(); }, LazyWebReader::DefaultTimeoutMs + 2000));
+        EXPECT_LT(clock.elapsed(), LazyWebReader::DefaultTimeoutMs + 1000);
         EXPECT_EQ(app.web->answers.first(), QByteArray());
         EXPECT_TRUE(app.dialogs->messages.isEmpty());
     }
@@ -123,4 +124,18 @@ TEST(UpdateCheck, SilentOrAbsentServerNeitherHoldsTheStartNorAsks)
     off.folder.setSettingsLine(24, QStringLiteral("0"));
     ASSERT_TRUE(off.start());
     EXPECT_TRUE(off.web->urls.isEmpty());
+}
+
+// A program folder without the web module: every request fails, as with no
+// network, and like every answer the failure comes after the call.
+TEST(LazyWebReader, WithoutItsModuleEveryRequestFailsLater)
+{
+    QTemporaryDir empty;
+    LazyWebReader reader(empty.path());
+    QObject context;
+    QList<QByteArray> answers;
+    reader.get(QStringLiteral("http://127.0.0.1:1/"), &context, [&](const QByteArray &b) { answers << b; });
+    EXPECT_TRUE(answers.isEmpty());
+    ASSERT_TRUE(waitFor([&] { return !answers.isEmpty(); }, 1000));
+    EXPECT_EQ(answers, QList<QByteArray>{QByteArray()});
 }

@@ -1,4 +1,4 @@
-#include "platform/QtWebReader.h"
+#include "platform/web/QtWebReader.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -60,4 +60,9 @@ void QtWebReader::get(const QString &url, QObject *context, std::function<void(c
         const bool ok = !progress->failed && reply->error() == QNetworkReply::NoError;
         done(ok ? progress->body : QByteArray());
     });
+}
+
+WebReader *quillmere_create_web_reader(int maxBytes, int timeoutMs)
+{
+    return new QtWebReader(maxBytes, timeoutMs);
 }

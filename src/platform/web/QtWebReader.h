@@ -2,6 +2,7 @@
 
 #include "platform/WebReader.h"
 
+#include <QtGlobal>
 #include <memory>
 
 class QNetworkAccessManager;
@@ -10,13 +11,14 @@ class QNetworkAccessManager;
 // most `maxBytes` of body (anything longer is given up as a failure), and a
 // time limit on the whole request, so that a slow or silent server costs
 // nothing but the wait in the background.
+//
+// It lives in the module quillmere-web, which the program loads at the first
+// request (LazyWebReader): Qt Network and the libraries it pulls in (the
+// Kerberos ones, the proxy finder) are not loaded by starts that never ask.
 class QtWebReader : public WebReader
 {
 public:
-    static constexpr int DefaultMaxBytes = 4096;
-    static constexpr int DefaultTimeoutMs = 4000;
-
-    explicit QtWebReader(int maxBytes = DefaultMaxBytes, int timeoutMs = DefaultTimeoutMs);
+    QtWebReader(int maxBytes, int timeoutMs);
     ~QtWebReader() override;
 
     void get(const QString &url, QObject *context, std::function<void(const QByteArray &)> done) override;
@@ -27,3 +29,6 @@ private:
     // Made on the first request: most starts never ask the network anything.
     std::unique_ptr<QNetworkAccessManager> m_manager;
 };
+
+// The module's one entry point.
+extern "C" Q_DECL_EXPORT WebReader *quillmere_create_web_reader(int maxBytes, int timeoutMs);
