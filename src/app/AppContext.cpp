@@ -55,6 +55,12 @@ QString AppContext::filesPath(const QString &name) const
     return m_programFolder + QStringLiteral("/Files/") + name;
 }
 
+bool AppContext::loadPicture(PictureBox *box, const QString &name)
+{
+    const QString path = filesPath(name);
+    return box->LoadPicture(path, m_services.pictures ? m_services.pictures->take(path) : QImage());
+}
+
 QString AppContext::languagePath() const
 {
     return m_programFolder + QStringLiteral("/Files/Lang/") + FileLingua;

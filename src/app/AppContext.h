@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DecodedPictures.h"
 #include "lang/LanguageFile.h"
 #include "platform/AudioInput.h"
 #include "platform/Dialogs.h"
@@ -18,6 +19,7 @@
 #include <memory>
 
 class Form1;
+class PictureBox;
 class Form2;
 class Form3;
 class RecoveryJournal;
@@ -41,6 +43,9 @@ struct Services
     std::unique_ptr<MediaBackend> media;
     std::unique_ptr<PrinterSetup> printers; // the print system's, when not given
     std::unique_ptr<AudioInput> audioInput; // none: every start is refused
+    // The pictures of the first windows, decoded ahead; none: each is
+    // decoded where it is shown.
+    std::unique_ptr<DecodedPictures> pictures;
 };
 
 // What one call of the file dialog wrapper is given; every argument but
@@ -118,6 +123,8 @@ public:
     QString filesPath(const QString &name) const; // <program folder>/Files/<name>
     QString settingsPath() const { return filesPath(QStringLiteral("Quillmere.ini")); }
     QString languagePath() const; // Files/Lang/<FileLingua>
+    // Shows the picture Files/<name> in `box`, decoded ahead if it was.
+    bool loadPicture(PictureBox *box, const QString &name);
 
     const QString &commandLine() const { return m_commandLine; }
 

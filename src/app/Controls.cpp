@@ -41,15 +41,14 @@ PictureBox::PictureBox(QWidget *parent) : QLabel(parent), TwipsPlacement(this)
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
-bool PictureBox::LoadPicture(const QString &path)
+bool PictureBox::LoadPicture(const QString &path, const QImage &decoded)
 {
     const QFileInfo file(path);
     const QDateTime modified = file.lastModified();
     if (path == m_pictureFile && !m_pixmap.isNull() && modified.isValid() && modified == m_pictureModified
         && file.size() == m_pictureSize)
         return true;
-    QImageReader reader(path);
-    const QImage image = reader.read();
+    const QImage image = decoded.isNull() ? QImageReader(path).read() : decoded;
     if (image.isNull())
         return false;
     m_pixmap = QPixmap::fromImage(image);

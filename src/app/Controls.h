@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QDateTime>
 #include <QKeySequence>
 #include <QLabel>
@@ -108,7 +109,8 @@ public:
     explicit PictureBox(QWidget *parent);
 
     // Loads the picture; false (and the old picture kept) when it cannot.
-    bool LoadPicture(const QString &path);
+    // A picture already read from `path` may be given.
+    bool LoadPicture(const QString &path, const QImage &decoded = QImage());
     // The file of the picture on show, for tests and the accessibility tree.
     QString pictureFile() const { return m_pictureFile; }
 

@@ -6,19 +6,20 @@
 #include "platform/LazyPlayer.h"
 #include "platform/QtServices.h"
 #include "platform/LazyWebReader.h"
+#include "editor/Form2.h"
 #include "player/Form1.h"
 #include "remote/MediaRemote.h"
 #include "remote/Pedals.h"
 #include "remote/TimeStampLink.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QDBusConnection>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QIcon>
+#include <QPixmap>
 #include <QScopeGuard>
-#include <QImageReader>
+#include <QFileInfo>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
@@ -66,17 +67,22 @@ int main(int argc, char **argv)
     }
 
     // Costs of the first paint that run beside the toolkit's own start on
-    // another core: reading the font configuration, loading the picture
-    // format plug-ins (the first PNG or BMP picture read loads every one of
-    // them to ask whether it reads that format), and, once the application
-    // is there, listing the fonts, which the first text measured would
-    // otherwise do on this thread. The font list is safe to build from any
-    // thread; whoever needs it meanwhile waits for it.
+    // the other cores. The pictures of the first windows are decoded, and
+    // the picture format plug-ins loaded (the first picture read loads every
+    // one of them to ask whether it reads that format). The font
+    // configuration is read and, once the application is there, the fonts
+    // are listed, which the first text measured would otherwise do on this
+    // thread. The font list is safe to build from any thread; whoever needs
+    // it meanwhile waits for it.
+    // The folder as the application will name it: the real path of the
+    // program's file.
+    const QString earlyFolder = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).path();
+    auto pictures = std::make_unique<DecodedPictures>(earlyFolder + QStringLiteral("/Files"),
+                                                      QStringList{QStringLiteral("quillmere-48.png")}
+                                                          + Form1::picturesAtStart() + Form2::picturesAtStart());
     std::promise<void> applicationMade;
     std::thread warmUp([made = applicationMade.get_future()] {
         FcInit();
-        QBuffer none;
-        QImageReader(&none, "png").canRead();
         made.wait();
         QFontDatabase::families();
         // The fallback fonts of the default font, which the first text
@@ -93,7 +99,11 @@ int main(int argc, char **argv)
     const QString programFolder = QCoreApplication::applicationDirPath();
     // The small icon serves the title bar; the large one, which costs a
     // 256-pixel decoding, is added once the window is on screen.
-    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere-48.png")));
+    {
+        const QString small = programFolder + QStringLiteral("/Files/quillmere-48.png");
+        const QImage decoded = pictures->take(small);
+        QApplication::setWindowIcon(decoded.isNull() ? QIcon(small) : QIcon(QPixmap::fromImage(decoded)));
+    }
 
     auto *player = new LazyPlayer(programFolder);
     LazyPlayer *lazy = player;
@@ -106,6 +116,7 @@ int main(int argc, char **argv)
     services.web = std::make_unique<LazyWebReader>(programFolder);
     services.media = std::make_unique<LazyMediaBackend>(*lazy);
     services.audioInput = std::make_unique<LazyAudioInput>(programFolder);
+    services.pictures = std::move(pictures);
 
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     const auto joinWarmUp = qScopeGuard([&warmUp] { warmUp.join(); });

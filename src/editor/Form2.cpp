@@ -63,6 +63,11 @@ Form2::Form2(AppContext &context) : QMainWindow(nullptr), ShownLater(this), ctx(
 
 Form2::~Form2() = default;
 
+QStringList Form2::picturesAtStart()
+{
+    return {QStringLiteral("toolbar.bmp")};
+}
+
 void Form2::buildControls()
 {
     auto *surface = new QWidget(this);
@@ -76,7 +81,7 @@ void Form2::buildControls()
     Image1 = new PictureBox(surface);
     Image1->setObjectName(QStringLiteral("Image1"));
     Image1->place(150, 60, 7800, 390);
-    Image1->LoadPicture(ctx.filesPath(QStringLiteral("toolbar.bmp")));
+    ctx.loadPicture(Image1, QStringLiteral("toolbar.bmp"));
 
     for (int i = 0; i < 17; ++i) {
         auto *button = new ToolbarButton(surface);

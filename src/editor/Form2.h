@@ -159,6 +159,8 @@ public:
     // The program's exit: the window is hidden and goes with its timer.
     void frmFindAtExit();
 
+    // The files of the pictures the window shows as it is built.
+    static QStringList picturesAtStart();
     // Builds the font boxes and the hover mark unless they are there.
     void toolbarTools();
     void setVisible(bool visible) override;

@@ -40,6 +40,19 @@ Form1::~Form1() = default;
 
 namespace {
 
+// The pictures of the skin, as designed.
+struct SkinPicture
+{
+    PictureBox *Form1::*box;
+    const char *file;
+};
+const SkinPicture skinPictures[] = {
+    {&Form1::Image4, "logo.png"},   {&Form1::Shape3, "strip.jpg"},  {&Form1::Shape1, "bar.jpg"},
+    {&Form1::Image2, "volbar.jpg"}, {&Form1::Image1, "volknob.jpg"}, {&Form1::Image3, "Apri.bmp"},
+    {&Form1::cmdPlay, "play.jpg"},  {&Form1::cmdIndietro, "bac.jpg"}, {&Form1::cmdStop, "stop.jpg"},
+    {&Form1::cmdAvanz, "for.jpg"},  {&Form1::cmdRec, "rec.jpg"},     {&Form1::imgDetta, "detta.jpg"},
+};
+
 // The skin's labels have the sizes of their design; the widest text a label
 // shows must fit in it with the fonts of this system.
 // Every size measured loads a font of its own: the first guess is the size
@@ -57,6 +70,14 @@ void fitFont(QLabel *label, const QString &widest)
 }
 
 } // namespace
+
+QStringList Form1::picturesAtStart()
+{
+    QStringList names;
+    for (const SkinPicture &p : skinPictures)
+        names << QString::fromLatin1(p.file);
+    return names;
+}
 
 void Form1::buildSkin()
 {
@@ -123,19 +144,8 @@ void Form1::buildSkin()
     Label7->setFont(QFont(QStringLiteral("Arial Narrow"), 8));
     Label7->hide();
 
-    // The pictures of the skin, as designed.
-    Image4->LoadPicture(ctx.filesPath(QStringLiteral("logo.png")));
-    Shape3->LoadPicture(ctx.filesPath(QStringLiteral("strip.jpg")));
-    Shape1->LoadPicture(ctx.filesPath(QStringLiteral("bar.jpg")));
-    Image2->LoadPicture(ctx.filesPath(QStringLiteral("volbar.jpg")));
-    Image1->LoadPicture(ctx.filesPath(QStringLiteral("volknob.jpg")));
-    Image3->LoadPicture(ctx.filesPath(QStringLiteral("Apri.bmp")));
-    cmdPlay->LoadPicture(ctx.filesPath(QStringLiteral("play.jpg")));
-    cmdIndietro->LoadPicture(ctx.filesPath(QStringLiteral("bac.jpg")));
-    cmdStop->LoadPicture(ctx.filesPath(QStringLiteral("stop.jpg")));
-    cmdAvanz->LoadPicture(ctx.filesPath(QStringLiteral("for.jpg")));
-    cmdRec->LoadPicture(ctx.filesPath(QStringLiteral("rec.jpg")));
-    imgDetta->LoadPicture(ctx.filesPath(QStringLiteral("detta.jpg")));
+    for (const SkinPicture &p : skinPictures)
+        ctx.loadPicture(this->*p.box, QString::fromLatin1(p.file));
 
     cmdPlay->onClick = [this] { cmdPlay_Click(); };
     cmdIndietro->onClick = [this] { cmdIndietro_Click(); };

@@ -136,6 +136,8 @@ public:
     // the player on screen. Shows them now if they are still due; the
     // first paint calls it.
     void showDueWindows();
+    // The files of the pictures the window shows as it is built.
+    static QStringList picturesAtStart();
     // The editor is open, or will be at the first paint.
     bool editorOpen() const;
     void Form_Unload(int &Cancel);

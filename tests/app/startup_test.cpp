@@ -3,6 +3,7 @@
 
 #include "TestApp.h"
 
+#include "app/DecodedPictures.h"
 #include "editor/Form2.h"
 #include "lang/LanguageFile.h"
 #include "platform/QtServices.h"
@@ -11,6 +12,7 @@
 #include <QAction>
 #include <QDir>
 #include <QFile>
+#include <QImageReader>
 #include <QTemporaryDir>
 #include <QTest>
 #include <functional>
@@ -255,4 +257,21 @@ TEST(Exit, EveryWayOutWritesTheSettingsBackInTwentyFiveLines)
         EXPECT_EQ(lines.value(3), u"13"_s);
         EXPECT_EQ(lines.value(7), u"1"_s); // editor hidden
     }
+}
+
+// The pictures decoded beside the start: each once, as its file reads, and
+// nothing for a file that doesn't read or wasn't asked for.
+TEST(DecodedPictures, EachPictureOnceAsItsFileReads)
+{
+    QTemporaryDir dir;
+    QImage red(4, 3, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(dir.filePath(u"a.png"_s)));
+    QFile bad(dir.filePath(u"bad.jpg"_s));
+    ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("not a picture") > 0);
+    bad.close();
+    DecodedPictures pictures(dir.path(), {u"a.png"_s, u"bad.jpg"_s, u"missing.bmp"_s});
+    EXPECT_EQ(pictures.take(dir.filePath(u"a.png"_s)), QImageReader(dir.filePath(u"a.png"_s)).read());
+    for (const char *none : {"a.png", "bad.jpg", "missing.bmp", "other.png"})
+        EXPECT_TRUE(pictures.take(dir.filePath(QString::fromLatin1(none))).isNull()) << none;
 }
