@@ -169,7 +169,9 @@ int main(int argc, char **argv)
     }
     QTemporaryDir work;
     const QString dir = work.path();
-    const QString executable = bench::copyProgram(QStringLiteral(QM_PROGRAM), dir);
+    // Another build may be named to compare with.
+    const QStringList args = QCoreApplication::arguments();
+    const QString executable = bench::copyProgram(args.size() > 1 ? args.at(1) : QStringLiteral(QM_PROGRAM), dir);
     const QString tone = dir + QStringLiteral("/tone.ogg");
     if (QProcess::execute(QStringLiteral("sox"), {QStringLiteral("-n"), QStringLiteral("-r"), QStringLiteral("48000"),
                                                    QStringLiteral("-c"), QStringLiteral("1"), tone, QStringLiteral("synth"),
