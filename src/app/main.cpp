@@ -17,9 +17,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QIcon>
-#include <QPixmap>
 #include <QScopeGuard>
-#include <QFileInfo>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
@@ -67,19 +65,10 @@ int main(int argc, char **argv)
     }
 
     // Costs of the first paint that run beside the toolkit's own start on
-    // the other cores. The pictures of the first windows are decoded, and
-    // the picture format plug-ins loaded (the first picture read loads every
-    // one of them to ask whether it reads that format). The font
-    // configuration is read and, once the application is there, the fonts
-    // are listed, which the first text measured would otherwise do on this
-    // thread. The font list is safe to build from any thread; whoever needs
-    // it meanwhile waits for it.
-    // The folder as the application will name it: the real path of the
-    // program's file.
-    const QString earlyFolder = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).path();
-    auto pictures = std::make_unique<DecodedPictures>(earlyFolder + QStringLiteral("/Files"),
-                                                      QStringList{QStringLiteral("quillmere-48.png")}
-                                                          + Form1::picturesAtStart() + Form2::picturesAtStart());
+    // the other core: reading the font configuration and, once the
+    // application is there, listing the fonts, which the first text
+    // measured would otherwise do on this thread. The font list is safe to
+    // build from any thread; whoever needs it meanwhile waits for it.
     std::promise<void> applicationMade;
     std::thread warmUp([made = applicationMade.get_future()] {
         FcInit();
@@ -97,13 +86,15 @@ int main(int argc, char **argv)
     std::setlocale(LC_NUMERIC, "C");
 
     const QString programFolder = QCoreApplication::applicationDirPath();
+    // The pictures of the first windows are decoded on a thread of their own
+    // meanwhile (which also loads the picture format plug-ins). Nothing of
+    // Qt's plug-ins may be touched before the application exists: it resets
+    // the plug-in folders as it starts.
+    auto pictures = std::make_unique<DecodedPictures>(programFolder + QStringLiteral("/Files"),
+                                                      Form1::picturesAtStart() + Form2::picturesAtStart());
     // The small icon serves the title bar; the large one, which costs a
     // 256-pixel decoding, is added once the window is on screen.
-    {
-        const QString small = programFolder + QStringLiteral("/Files/quillmere-48.png");
-        const QImage decoded = pictures->take(small);
-        QApplication::setWindowIcon(decoded.isNull() ? QIcon(small) : QIcon(QPixmap::fromImage(decoded)));
-    }
+    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere-48.png")));
 
     auto *player = new LazyPlayer(programFolder);
     LazyPlayer *lazy = player;
