@@ -1,8 +1,8 @@
 #include "app/Controls.h"
+#include "app/DecodedPictures.h"
 
 #include <QAction>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -48,7 +48,7 @@ bool PictureBox::LoadPicture(const QString &path, const QImage &decoded)
     if (path == m_pictureFile && !m_pixmap.isNull() && modified.isValid() && modified == m_pictureModified
         && file.size() == m_pictureSize)
         return true;
-    const QImage image = decoded.isNull() ? QImageReader(path).read() : decoded;
+    const QImage image = decoded.isNull() ? DecodedPictures::read(path) : decoded;
     if (image.isNull())
         return false;
     m_pixmap = QPixmap::fromImage(image);

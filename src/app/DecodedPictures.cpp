@@ -1,5 +1,7 @@
 #include "app/DecodedPictures.h"
 
+#include <QBuffer>
+#include <QFileInfo>
 #include <QImageReader>
 
 DecodedPictures::DecodedPictures(const QString &folder, const QStringList &names)
@@ -9,10 +11,25 @@ DecodedPictures::DecodedPictures(const QString &folder, const QStringList &names
     m_thread = std::thread([this, folder, names, done = std::move(done)]() mutable {
         for (const QString &name : names) {
             const QString path = folder + u'/' + name;
-            m_images.insert(path, QImageReader(path).read());
+            m_images.insert(path, read(path));
         }
         done.set_value();
+        // The toolkit's own icons (a menu bar asks for one as it is made)
+        // are read by their content, which loads every picture format
+        // plug-in there is: that is done here too, once the pictures are.
+        QBuffer none;
+        QImageReader(&none).canRead();
     });
+}
+
+QImage DecodedPictures::read(const QString &path)
+{
+    QImageReader byName(path, QFileInfo(path).suffix().toLower().toLatin1());
+    byName.setAutoDetectImageFormat(false);
+    const QImage image = byName.read();
+    if (!image.isNull() || byName.error() == QImageReader::FileNotFoundError)
+        return image;
+    return QImageReader(path).read();
 }
 
 DecodedPictures::~DecodedPictures()

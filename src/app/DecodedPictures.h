@@ -9,14 +9,18 @@
 
 // Pictures decoded on a thread of their own while the toolkit starts: the
 // windows built at start take them from here instead of decoding them on
-// the GUI thread. The first picture read also loads the picture format
-// plug-ins, all of them, and that too happens on that thread.
+// the GUI thread. The picture format plug-ins are loaded there too.
 class DecodedPictures
 {
 public:
     // Starts decoding the files `names` of `folder` at once.
     DecodedPictures(const QString &folder, const QStringList &names);
     ~DecodedPictures();
+
+    // Reads a picture by the format its name gives, and by its content if
+    // that fails. Asking the content first loads every picture format
+    // plug-in there is, to ask each whether it reads the file.
+    static QImage read(const QString &path);
 
     // The picture read from `path`, once the decoding is done; a null image
     // for a path that was not asked for, a file that could not be read, or

@@ -17,6 +17,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QIcon>
+#include <QPixmap>
 #include <QScopeGuard>
 #include <QTimer>
 #include <clocale>
@@ -69,9 +70,11 @@ int main(int argc, char **argv)
     // application is there, listing the fonts, which the first text
     // measured would otherwise do on this thread. The font list is safe to
     // build from any thread; whoever needs it meanwhile waits for it.
-    std::promise<void> applicationMade;
-    std::thread warmUp([made = applicationMade.get_future()] {
+    std::promise<void> applicationMade, configurationRead;
+    std::future<void> configurationReady = configurationRead.get_future();
+    std::thread warmUp([made = applicationMade.get_future(), read = std::move(configurationRead)]() mutable {
         FcInit();
+        read.set_value();
         made.wait();
         QFontDatabase::families();
         // The fallback fonts of the default font, which the first text
@@ -93,8 +96,10 @@ int main(int argc, char **argv)
     auto pictures = std::make_unique<DecodedPictures>(programFolder + QStringLiteral("/Files"),
                                                       Form1::picturesAtStart() + Form2::picturesAtStart());
     // The small icon serves the title bar; the large one, which costs a
-    // 256-pixel decoding, is added once the window is on screen.
-    QApplication::setWindowIcon(QIcon(programFolder + QStringLiteral("/Files/quillmere-48.png")));
+    // 256-pixel decoding, is added once the window is on screen. Read by
+    // its format, the small one loads no plug-in.
+    QApplication::setWindowIcon(
+        QPixmap::fromImage(DecodedPictures::read(programFolder + QStringLiteral("/Files/quillmere-48.png"))));
 
     auto *player = new LazyPlayer(programFolder);
     LazyPlayer *lazy = player;
@@ -112,6 +117,9 @@ int main(int argc, char **argv)
     AppContext ctx(programFolder, std::move(services), commandLineOf(QCoreApplication::arguments()));
     const auto joinWarmUp = qScopeGuard([&warmUp] { warmUp.join(); });
     ctx.onEndProcess = [] { QTimer::singleShot(0, qApp, &QCoreApplication::quit); };
+    // The windows wait for the font configuration: asked for here while
+    // the other thread still reads it, it would be read twice over.
+    configurationReady.wait();
     if (!ctx.Main())
         return 0;
     // Commands from outside the keyboard: time stamps in the text, foot

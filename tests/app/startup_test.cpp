@@ -259,19 +259,23 @@ TEST(Exit, EveryWayOutWritesTheSettingsBackInTwentyFiveLines)
     }
 }
 
-// The pictures decoded beside the start: each once, as its file reads, and
-// nothing for a file that doesn't read or wasn't asked for.
+// The pictures decoded beside the start: each once, as its file reads (by
+// its content when its name gives another format), and nothing for a file
+// that doesn't read or wasn't asked for.
 TEST(DecodedPictures, EachPictureOnceAsItsFileReads)
 {
     QTemporaryDir dir;
     QImage red(4, 3, QImage::Format_RGB32);
     red.fill(Qt::red);
     ASSERT_TRUE(red.save(dir.filePath(u"a.png"_s)));
+    ASSERT_TRUE(red.save(dir.filePath(u"png.jpg"_s), "png"));
     QFile bad(dir.filePath(u"bad.jpg"_s));
     ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("not a picture") > 0);
     bad.close();
-    DecodedPictures pictures(dir.path(), {u"a.png"_s, u"bad.jpg"_s, u"missing.bmp"_s});
-    EXPECT_EQ(pictures.take(dir.filePath(u"a.png"_s)), QImageReader(dir.filePath(u"a.png"_s)).read());
+    DecodedPictures pictures(dir.path(), {u"a.png"_s, u"png.jpg"_s, u"bad.jpg"_s, u"missing.bmp"_s});
+    const QImage wanted = QImageReader(dir.filePath(u"a.png"_s)).read();
+    EXPECT_EQ(pictures.take(dir.filePath(u"a.png"_s)), wanted);
+    EXPECT_EQ(pictures.take(dir.filePath(u"png.jpg"_s)), wanted);
     for (const char *none : {"a.png", "bad.jpg", "missing.bmp", "other.png"})
         EXPECT_TRUE(pictures.take(dir.filePath(QString::fromLatin1(none))).isNull()) << none;
 }
