@@ -7,9 +7,9 @@
 #include <future>
 #include <thread>
 
-// Pictures decoded on a thread of their own while the toolkit starts: the
-// windows built at start take them from here instead of decoding them on
-// the GUI thread. The picture format plug-ins are loaded there too.
+// Pictures decoded on a thread of their own while the first windows are
+// built: they take them from here instead of decoding them on the GUI
+// thread. The picture format plug-ins are loaded there too.
 class DecodedPictures
 {
 public:
