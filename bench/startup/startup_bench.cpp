@@ -75,13 +75,24 @@ Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const 
     return s;
 }
 
-double median(std::vector<double> v)
+// The runs that gave a figure, sorted; a run that failed gave -1.
+std::vector<double> measured(std::vector<double> v)
 {
     v.erase(std::remove_if(v.begin(), v.end(), [](double d) { return d < 0; }), v.end());
-    if (v.empty())
-        return -1;
     std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
+    return v;
+}
+
+double median(const std::vector<double> &runs)
+{
+    const std::vector<double> v = measured(runs);
+    return v.empty() ? -1 : v[v.size() / 2];
+}
+
+double fastest(const std::vector<double> &runs)
+{
+    const std::vector<double> v = measured(runs);
+    return v.empty() ? -1 : v.front();
 }
 
 } // namespace
@@ -119,10 +130,6 @@ int main(int argc, char **argv)
                 runs, a, b, a / b);
     // On a shared machine the fastest run shows the cost with the least
     // waiting for a core.
-    auto fastest = [](std::vector<double> v) {
-        v.erase(std::remove_if(v.begin(), v.end(), [](double d) { return d < 0; }), v.end());
-        return v.empty() ? -1.0 : *std::min_element(v.begin(), v.end());
-    };
     const double am = fastest(player), bm = fastest(bare);
     std::printf("exec to window mapped, fastest of %d: player %.1f ms, bare Qt window %.1f ms, ratio %.2f\n",
                 runs, am, bm, am / bm);

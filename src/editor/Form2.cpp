@@ -63,9 +63,15 @@ Form2::Form2(AppContext &context) : QMainWindow(nullptr), ShownLater(this), ctx(
 
 Form2::~Form2() = default;
 
+namespace {
+
+const char *const toolbarPicture = "toolbar.bmp";
+
+} // namespace
+
 QStringList Form2::picturesAtStart()
 {
-    return {QStringLiteral("toolbar.bmp")};
+    return {QString::fromLatin1(toolbarPicture)};
 }
 
 void Form2::buildControls()
@@ -81,7 +87,7 @@ void Form2::buildControls()
     Image1 = new PictureBox(surface);
     Image1->setObjectName(QStringLiteral("Image1"));
     Image1->place(150, 60, 7800, 390);
-    ctx.loadPicture(Image1, QStringLiteral("toolbar.bmp"));
+    ctx.loadPicture(Image1, QString::fromLatin1(toolbarPicture));
 
     for (int i = 0; i < 17; ++i) {
         auto *button = new ToolbarButton(surface);

@@ -51,8 +51,9 @@ public:
     std::array<ToolbarButton *, 17> Label2 = {};
     std::array<CaptionLabel *, 4> Label3 = {}; // letters over the style buttons
     std::unique_ptr<Timer> Timer1;   // clipboard form swap
-    // The font boxes and the hover mark come with the window's first show
-    // (or toolbarTools()): the player's first paint does not wait for them.
+    // The font boxes and the hover mark come with the window's first show:
+    // the player's first paint does not wait for them. The hover routines
+    // run only over the window on screen.
     QComboBox *Combo1 = nullptr;     // font names
     QComboBox *Combo2 = nullptr;     // font sizes
     QFrame *Shape1 = nullptr;        // the hover mark over the toolbar
@@ -161,8 +162,6 @@ public:
 
     // The files of the pictures the window shows as it is built.
     static QStringList picturesAtStart();
-    // Builds the font boxes and the hover mark unless they are there.
-    void toolbarTools();
     void setVisible(bool visible) override;
 
 protected:
@@ -188,6 +187,8 @@ private:
     bool wantsAnotherName(const QString &path);
 
     // Toolbar.cpp: the font boxes, the hover mark and tool tips; their lists.
+    // toolbarTools builds them unless they are there.
+    void toolbarTools();
     void buildToolbarTools();
     void fillFontBoxes();
     // The settings after a toolbar command that may have moved the folder

@@ -153,7 +153,6 @@ void Form2::Label2_MouseMove(int Index)
 {
     if (Index < 0 || Index >= 17)
         return;
-    toolbarTools();
     const ToolbarButton *button = Label2[size_t(Index)];
     Shape1->setGeometry(Twips::toPixels(button->Left()), Twips::toPixels(button->Top()),
                         Twips::toPixels(button->Width()), Twips::toPixels(button->Height()));
@@ -162,8 +161,7 @@ void Form2::Label2_MouseMove(int Index)
 
 void Form2::NascondiEvidenza()
 {
-    if (Shape1)
-        Shape1->hide();
+    Shape1->hide();
 }
 
 void Form2::ShowColor()
