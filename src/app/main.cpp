@@ -1,6 +1,7 @@
 // The program's entry: builds the real services and runs the start-up.
 
 #include "app/AppContext.h"
+#include "app/AppStyle.h"
 #include "platform/LazyAudioInput.h"
 #include "platform/LazyMediaBackend.h"
 #include "platform/LazyPlayer.h"
@@ -84,6 +85,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     applicationMade.set_value();
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
+    QApplication::setStyle(new AppStyle);
     // libmpv parses numbers with the C library and refuses to start unless
     // the numeric locale is "C"; Qt has set it from the environment.
     std::setlocale(LC_NUMERIC, "C");

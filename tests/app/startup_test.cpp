@@ -3,6 +3,7 @@
 
 #include "TestApp.h"
 
+#include "app/AppStyle.h"
 #include "app/DecodedPictures.h"
 #include "editor/Form2.h"
 #include "lang/LanguageFile.h"
@@ -278,4 +279,19 @@ TEST(DecodedPictures, EachPictureOnceAsItsFileReads)
     EXPECT_EQ(pictures.take(dir.filePath(u"png.jpg"_s)), wanted);
     for (const char *none : {"a.png", "bad.jpg", "missing.bmp", "other.png"})
         EXPECT_TRUE(pictures.take(dir.filePath(QString::fromLatin1(none))).isNull()) << none;
+}
+
+// The menu bar's overflow icon, made when first drawn, is the style's own;
+// every other icon comes straight from the style.
+TEST(AppStyle, TheOverflowIconIsTheStylesOwnWhenDrawn)
+{
+    AppStyle style;
+    QStyle *base = style.baseStyle();
+    for (const QStyle::StandardPixmap which : {QStyle::SP_ToolBarHorizontalExtensionButton, QStyle::SP_ArrowUp}) {
+        const QIcon own = base->standardIcon(which);
+        const QIcon made = style.standardIcon(which);
+        EXPECT_EQ(made.isNull(), own.isNull()) << which;
+        EXPECT_EQ(made.availableSizes(), own.availableSizes()) << which;
+        EXPECT_EQ(made.pixmap(16).toImage(), own.pixmap(16).toImage()) << which;
+    }
 }
