@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPixmap>
 
 QString TogliAmp(const QString &s)
 {
@@ -59,6 +60,15 @@ bool AppContext::loadPicture(PictureBox *box, const QString &name)
 {
     const QString path = filesPath(name);
     return box->LoadPicture(path, m_services.pictures ? m_services.pictures->take(path) : QImage());
+}
+
+QPixmap AppContext::picture(const QString &name)
+{
+    const QString path = filesPath(name);
+    QImage image = m_services.pictures ? m_services.pictures->take(path) : QImage();
+    if (image.isNull())
+        image = DecodedPictures::read(path);
+    return QPixmap::fromImage(image);
 }
 
 QString AppContext::languagePath() const

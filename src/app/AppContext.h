@@ -20,6 +20,7 @@
 
 class Form1;
 class PictureBox;
+class QPixmap;
 class Form2;
 class Form3;
 class RecoveryJournal;
@@ -125,6 +126,8 @@ public:
     QString languagePath() const; // Files/Lang/<FileLingua>
     // Shows the picture Files/<name> in `box`, decoded ahead if it was.
     bool loadPicture(PictureBox *box, const QString &name);
+    // The picture Files/<name>, decoded ahead if it was; null if unreadable.
+    QPixmap picture(const QString &name);
 
     const QString &commandLine() const { return m_commandLine; }
 

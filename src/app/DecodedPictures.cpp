@@ -1,6 +1,5 @@
 #include "app/DecodedPictures.h"
 
-#include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -14,11 +13,6 @@ DecodedPictures::DecodedPictures(const QString &folder, const QStringList &names
             m_images.insert(path, read(path));
         }
         done.set_value();
-        // The toolkit's own icons (a menu bar asks for one as it is made)
-        // are read by their content, which loads every picture format
-        // plug-in there is: that is done here too, once the pictures are.
-        QBuffer none;
-        QImageReader(&none).canRead();
     });
 }
 

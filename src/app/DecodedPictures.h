@@ -9,7 +9,7 @@
 
 // Pictures decoded on a thread of their own while the first windows are
 // built: they take them from here instead of decoding them on the GUI
-// thread. The picture format plug-ins are loaded there too.
+// thread.
 class DecodedPictures
 {
 public:

@@ -235,7 +235,7 @@ void Form1::Form_Load()
 
     // 16. The pointing hand over the skin's buttons.
     {
-        const QPixmap hand(ctx.filesPath(QStringLiteral("Indica.ico")));
+        const QPixmap hand = ctx.picture(QStringLiteral("Indica.ico"));
         if (!hand.isNull()) {
             const QCursor cursor(hand, 6, 1);
             for (PictureBox *b : {Image3, imgDetta, cmdPlay, cmdIndietro, cmdStop, cmdAvanz})

@@ -14,12 +14,15 @@
 #include "remote/TimeStampLink.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDBusConnection>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QIcon>
+#include <QImageReader>
 #include <QPixmap>
 #include <QScopeGuard>
+#include <QThreadPool>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
@@ -92,7 +95,7 @@ int main(int argc, char **argv)
 
     const QString programFolder = QCoreApplication::applicationDirPath();
     // The pictures of the first windows are decoded on a thread of their own
-    // meanwhile (which also loads the picture format plug-ins). Nothing of
+    // meanwhile (which loads the plug-ins of their formats). Nothing of
     // Qt's plug-ins may be touched before the application exists: it resets
     // the plug-in folders as it starts.
     auto pictures = std::make_unique<DecodedPictures>(programFolder + QStringLiteral("/Files"),
@@ -129,13 +132,23 @@ int main(int argc, char **argv)
     TimeStampLink timeStamps(ctx);
     Pedals pedals(ctx);
     MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
+    // The picture format plug-ins, all of which the first look at the
+    // clipboard loads, follow the back-end on a thread of the pool (which
+    // the application waits for as it ends): neither the first windows nor
+    // the editor's clipboard switch wait for them.
+    QObject::connect(lazy, &LazyPlayer::loaded, qApp, [] {
+        QThreadPool::globalInstance()->start([] {
+            QBuffer none;
+            QImageReader(&none).canRead();
+        });
+    });
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
     ctx.form1()->onFirstPaint = [lazy, programFolder] {
         QTimer::singleShot(0, lazy, [lazy] { lazy->startLoading(); });
         QTimer::singleShot(0, qApp, [programFolder] {
             QIcon icon = QApplication::windowIcon();
-            icon.addFile(programFolder + QStringLiteral("/Files/quillmere.png"));
+            icon.addPixmap(QPixmap::fromImage(DecodedPictures::read(programFolder + QStringLiteral("/Files/quillmere.png"))));
             QApplication::setWindowIcon(icon);
         });
     };

@@ -66,12 +66,13 @@ Form2::~Form2() = default;
 namespace {
 
 const char *const toolbarPicture = "toolbar.bmp";
+const char *const handPicture = "Indica.ico";
 
 } // namespace
 
 QStringList Form2::picturesAtStart()
 {
-    return {QString::fromLatin1(toolbarPicture)};
+    return {QString::fromLatin1(toolbarPicture), QString::fromLatin1(handPicture)};
 }
 
 void Form2::buildControls()
@@ -234,7 +235,7 @@ void Form2::Form_Load()
         setWindowIcon(player->windowIcon());
 
     // 4. The pointing hand over the toolbar's buttons.
-    const QPixmap hand(ctx.filesPath(QStringLiteral("Indica.ico")));
+    const QPixmap hand = ctx.picture(QString::fromLatin1(handPicture));
     if (!hand.isNull()) {
         const QCursor cursor(hand, 6, 1);
         for (ToolbarButton *button : Label2)
