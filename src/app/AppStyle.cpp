@@ -59,6 +59,8 @@ QIcon AppStyle::standardIcon(StandardPixmap which, const QStyleOption *option, c
     // it, if at all, when the button is drawn.
     if (which != SP_ToolBarHorizontalExtensionButton)
         return QProxyStyle::standardIcon(which, option, widget);
+    // The button asks with no option: the icon follows the application's
+    // direction, as it would have.
     const QPointer<QStyle> base = baseStyle();
     return QIcon(new MadeWhenUsed([base, which] { return base ? base->standardIcon(which) : QIcon(); }));
 }

@@ -128,8 +128,9 @@ TEST_F(EditorTools, HoverMarkFollowsTheButtonsAndLeavesOnTheBareWindow)
     for (const auto &[over, marked] : moves) {
         moveOver(over);
         EXPECT_EQ(editor->Shape1->isVisible(), marked != nullptr) << over->objectName().toStdString();
-        if (marked)
+        if (marked) {
             EXPECT_EQ(editor->Shape1->geometry(), marked->geometry());
+        }
     }
 }
 
