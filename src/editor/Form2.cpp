@@ -58,6 +58,7 @@ Form2::Form2(AppContext &context) : QMainWindow(nullptr), ShownLater(this), ctx(
     buildMenus();
     Timer1 = ctx.timers().createTimer();
     Timer1->onTimeout = [this] { Timer1_Timer(); };
+    Timer1->setCoarse(true);
     resize(Twips::toPixels(10800), Twips::toPixels(4395) + menuBar()->sizeHint().height());
 }
 

@@ -69,6 +69,7 @@ frmMedia::frmMedia(AppContext &context, MediaBackend &backend)
 
     m_timer = ctx.timers().createTimer();
     m_timer->onTimeout = [this] { Timer1_Timer(); };
+    m_timer->setCoarse(true);
     m_timer->setInterval(100);
 }
 

@@ -47,6 +47,7 @@ public:
         apply(true);
     }
     bool enabled() const override { return m_enabled; }
+    void setCoarse(bool coarse) override { m_timer.setTimerType(coarse ? Qt::CoarseTimer : Qt::PreciseTimer); }
 
 private:
     void apply(bool restart)

@@ -20,6 +20,11 @@ public:
     // Whether a tick can come: enabled with an interval above 0.
     bool running() const { return enabled() && interval() > 0; }
 
+    // A timer that only keeps something on screen or in step may tick a few
+    // milliseconds late, so that one wake-up of the program serves several
+    // such timers. Timers start exact.
+    virtual void setCoarse(bool coarse) { (void)coarse; }
+
     // The handler of the tick. It may change the interval or the enabled
     // state of this timer and of any other.
     std::function<void()> onTimeout;

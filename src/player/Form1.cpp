@@ -268,7 +268,12 @@ void Form1::wireTimers()
     Timer4->onTimeout = [this] { Timer4_Timer(); };
     Timer5->onTimeout = [this] { Timer5_Timer(); };
     Timer6->onTimeout = [this] { Timer6_Timer(); };
-    // The key timer has a design period and an empty handler.
+    // The display and the watch for the end of the media tick together.
+    Timer1->setCoarse(true);
+    Timer4->setCoarse(true);
+    // The key timer has a design period and an empty handler: running, it
+    // would only wake the program for nothing.
+    TimerKey->setEnabled(false);
     TimerKey->setInterval(150);
     TimerKey->onTimeout = [] {};
 }

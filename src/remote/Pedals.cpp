@@ -15,6 +15,7 @@ Pedals::Pedals(AppContext &ctx, QString sysClass, QString dev)
       m_scanTimer(ctx.timers().createTimer())
 {
     m_scanTimer->onTimeout = [this] { scan(); };
+    m_scanTimer->setCoarse(true);
     m_scanTimer->setInterval(ScanMs);
     scan();
 }
