@@ -23,7 +23,7 @@ public:
     // A timer that only keeps something on screen or in step may tick a few
     // milliseconds late, so that one wake-up of the program serves several
     // such timers. Timers start exact.
-    virtual void setCoarse(bool coarse) { (void)coarse; }
+    virtual void setCoarse(bool /*coarse*/) {}
 
     // The handler of the tick. It may change the interval or the enabled
     // state of this timer and of any other.
