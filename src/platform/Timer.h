@@ -21,8 +21,9 @@ public:
     bool running() const { return enabled() && interval() > 0; }
 
     // A timer that only keeps something on screen or in step may tick a few
-    // milliseconds late, so that one wake-up of the program serves several
-    // such timers. Timers start exact.
+    // milliseconds off its time, so that one wake-up of the program serves
+    // several such timers. Timers start exact; the choice counts from the
+    // next start.
     virtual void setCoarse(bool /*coarse*/) {}
 
     // The handler of the tick. It may change the interval or the enabled
