@@ -56,19 +56,22 @@ QString AppContext::filesPath(const QString &name) const
     return m_programFolder + QStringLiteral("/Files/") + name;
 }
 
+QImage AppContext::decodedAhead(const QString &path)
+{
+    return m_services.pictures ? m_services.pictures->take(path) : QImage();
+}
+
 bool AppContext::loadPicture(PictureBox *box, const QString &name)
 {
     const QString path = filesPath(name);
-    return box->LoadPicture(path, m_services.pictures ? m_services.pictures->take(path) : QImage());
+    return box->LoadPicture(path, decodedAhead(path));
 }
 
 QPixmap AppContext::picture(const QString &name)
 {
     const QString path = filesPath(name);
-    QImage image = m_services.pictures ? m_services.pictures->take(path) : QImage();
-    if (image.isNull())
-        image = DecodedPictures::read(path);
-    return QPixmap::fromImage(image);
+    const QImage decoded = decodedAhead(path);
+    return QPixmap::fromImage(decoded.isNull() ? DecodedPictures::read(path) : decoded);
 }
 
 QString AppContext::languagePath() const

@@ -180,6 +180,9 @@ public:
     void loadLanguage();
 
 private:
+    // The picture at `path` as the start decoded it ahead; null otherwise.
+    QImage decodedAhead(const QString &path);
+
     QString m_programFolder;
     Services m_services;
     QString m_commandLine;
