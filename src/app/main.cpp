@@ -14,15 +14,12 @@
 #include "remote/TimeStampLink.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QDBusConnection>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QIcon>
-#include <QImageReader>
 #include <QPixmap>
 #include <QScopeGuard>
-#include <QThreadPool>
 #include <QTimer>
 #include <clocale>
 #include <cstdio>
@@ -132,16 +129,6 @@ int main(int argc, char **argv)
     TimeStampLink timeStamps(ctx);
     Pedals pedals(ctx);
     MediaRemote mediaRemote(ctx, QDBusConnection::sessionBus());
-    // The picture format plug-ins, all of which the first look at the
-    // clipboard loads, follow the back-end on a thread of the pool (which
-    // the application waits for as it ends): neither the first windows nor
-    // the editor's clipboard switch wait for them.
-    QObject::connect(lazy, &LazyPlayer::loaded, qApp, [] {
-        QThreadPool::globalInstance()->start([] {
-            QBuffer none;
-            QImageReader(&none).canRead();
-        });
-    });
     // The player back-end is loaded once the window is on screen, so that
     // its libraries do not delay the first paint.
     ctx.form1()->onFirstPaint = [lazy, programFolder] {

@@ -29,12 +29,18 @@ void clipboardClear()
 }
 
 // Stores the plain-text form. Like the platform's SetText it adds one
-// format: an RTF form already on the clipboard stays.
+// format: an RTF form already on the clipboard stays. The old form is
+// asked for by its data, not by its presence: on X11 asking whether
+// another program's clipboard holds a format lists every picture format
+// there is, loading all their plug-ins, even when the clipboard is empty,
+// as the editor's switch leaves it.
 void clipboardSetText(const QString &text)
 {
     auto *data = new QMimeData;
-    if (const QMimeData *old = clipboard()->mimeData(); old && old->hasFormat(RtfMime))
-        data->setData(RtfMime, old->data(RtfMime));
+    if (const QMimeData *old = clipboard()->mimeData()) {
+        if (const QByteArray rtf = old->data(RtfMime); !rtf.isEmpty())
+            data->setData(RtfMime, rtf);
+    }
     data->setText(text);
     clipboard()->setMimeData(data);
 }
