@@ -8,11 +8,11 @@
 #include "editor/Form2.h"
 #include "lang/LanguageFile.h"
 #include "platform/QtServices.h"
+#include "platform/TextFile.h"
 #include "player/Form1.h"
 
 #include <QAction>
 #include <QDir>
-#include <QFile>
 #include <QImageReader>
 #include <QTemporaryDir>
 #include <QTest>
@@ -23,39 +23,27 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList numberedLines(int count)
+// A language file of 152 lines, one more than it may have.
+QByteArray tooLongLanguageFile()
 {
-    QStringList lines;
-    for (int i = 0; i < count; ++i)
-        lines.append(u"%1entry %1"_s.arg(i, 3, 10, QLatin1Char('0')));
-    return lines;
-}
-
-QByteArray crlf(const QStringList &lines)
-{
-    return (lines.join(u"\r\n"_s) + u"\r\n"_s).toUtf8();
-}
-
-LanguageTable english(const ProgramFolder &folder)
-{
-    LanguageTable table;
-    LanguageFile::load(folder.file(u"Files/Lang/English.lng"_s), table);
-    return table;
+    QByteArray file;
+    for (int i = 0; i < 152; ++i)
+        file += QByteArray::number(i).rightJustified(3, '0') + "entry\r\n";
+    return file;
 }
 
 } // namespace
 
 TEST(Main, ChoosesTheLanguageByTheCountrysEnglishNameAndStoresItAtExit)
 {
-    struct Case { const char *country; const char *file; };
     // Two letters of the English country name decide; most rows meant for
     // other countries never match, which is how the choice has always been.
-    const Case cases[] = {
+    const struct { const char *country; const char *file; } cases[] = {
         {"Italy", "Italiano.lng"},  {"Hungary", "Hungarian.lng"}, {"Russia", "Russian.lng"},
         {"France", "Français.lng"}, {"Brazil", "Brazilian.lng"},  {"Spain", "English.lng"},
         {"Sweden", "English.lng"},  {"Estonia", "Spanish.lng"},    {"Portugal", "English.lng"},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         TestApp app;
         app.folder.setSettingsLine(1, QString());
         app.system->country = QString::fromUtf8(c.country);
@@ -73,13 +61,9 @@ TEST(Main, WhatCannotStartEndsInOneMessageBox)
 {
     const QString ini = u"Files/Quillmere.ini"_s, lng = u"Files/Lang/Long.lng"_s;
     const auto reg = [](const char *error) { return std::pair{u"Reg Error"_s, u"Lib OCX -> Reg ERROR!\r"_s + QLatin1String(error)}; };
-    const LanguageTable en = english(ProgramFolder());
-    const struct
-    {
-        const char *what;
-        std::function<void(TestApp &)> prepare;
-        std::pair<QString, QString> titleAndText;
-    } cases[] = {
+    LanguageTable en;
+    LanguageFile::load(ProgramFolder::sourceDir() + u"/data/Files/Lang/English.lng"_s, en);
+    const struct { const char *what; std::function<void(TestApp &)> set; std::pair<QString, QString> box; } cases[] = {
         {"no settings file", [&](TestApp &a) { a.folder.remove(ini); }, reg("File not found")},
         {"an empty settings file", [&](TestApp &a) { a.folder.write(ini, {}); }, reg("Input past end of file")},
         {"a folder in place of the settings file",
@@ -88,31 +72,22 @@ TEST(Main, WhatCannotStartEndsInOneMessageBox)
         {"a language in a missing folder", [](TestApp &a) { a.folder.setSettingsLine(1, u"x/M.lng"_s); },
          reg("Path not found")},
         {"152 language lines",
-         [&](TestApp &a) { a.folder.write(lng, crlf(numberedLines(152))); a.folder.setSettingsLine(1, u"Long.lng"_s); },
+         [&](TestApp &a) { a.folder.write(lng, tooLongLanguageFile()); a.folder.setSettingsLine(1, u"Long.lng"_s); },
          reg("Subscript out of range")},
         {"a second instance", [](TestApp &a) { a.system->anotherInstance = true; }, {TogliAmp(en(1)), TogliAmp(en(0))}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         TestApp app;
-        c.prepare(app);
+        c.set(app);
         EXPECT_FALSE(app.start());
         EXPECT_TRUE(app.ctx().processEnded());
         ASSERT_EQ(app.dialogs->messages.size(), 1);
-        EXPECT_EQ(app.dialogs->messages[0].title, c.titleAndText.first);
-        EXPECT_EQ(app.dialogs->messages[0].text, c.titleAndText.second);
+        EXPECT_EQ(app.dialogs->messages[0].title, c.box.first);
+        EXPECT_EQ(app.dialogs->messages[0].text, c.box.second);
         EXPECT_EQ(app.dialogs->messages[0].style, 48);
         EXPECT_EQ(app.ctx().form1(), nullptr);
     }
-    // 151 lines is the most a language file may have.
-    TestApp app;
-    QStringList lines = numberedLines(151);
-    for (int i = 0; i < 136; ++i)
-        lines[i] = QString::number(i).rightJustified(3, u'0') + en(i);
-    app.folder.write(lng, crlf(lines));
-    app.folder.setSettingsLine(1, u"Long.lng"_s);
-    EXPECT_TRUE(app.start());
-    EXPECT_EQ(app.ctx().Lingua(150), u"entry 150"_s);
 }
 
 // The real lock: one holder per program folder, free again once the holder
@@ -176,11 +151,11 @@ TEST(FormLoad, ACommaInTheMediaFolderMovesEveryLaterField)
 
 TEST(FormLoad, SavedPositionsApplyOnlyWhenLines13And14DoNotAddUpToZero)
 {
-    struct Case { const char *l13; const char *l14; bool applied; };
     // A sum beyond 16 bits counts as not 0, whatever it would wrap to.
-    const Case cases[] = {{"0", "0", false}, {"100", "-100", false}, {"9000", "4000", true},
-                          {"32767", "1", true}, {"-32768", "-32768", true}};
-    for (const Case &c : cases) {
+    const struct { const char *l13, *l14; bool applied; } cases[] = {
+        {"0", "0", false}, {"100", "-100", false}, {"9000", "4000", true},
+        {"32767", "1", true}, {"-32768", "-32768", true}};
+    for (const auto &c : cases) {
         TestApp app;
         app.folder.setSettingsLine(11, u"1500"_s);
         app.folder.setSettingsLine(12, u"6000"_s);
@@ -213,9 +188,7 @@ TEST(FormLoad, OnlyAQuotedCommandLineOpensTheFile)
 {
     QTemporaryDir media;
     const QString path = media.filePath(u"a b.wav"_s);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("RIFF") == 4);
-    file.close();
+    ASSERT_TRUE(TextFile::writeBytes(path, "RIFF"));
     TestApp quoted(u'"' + path + u'"');
     ASSERT_TRUE(quoted.start());
     EXPECT_EQ(quoted.player->URL(), path);
@@ -270,9 +243,7 @@ TEST(DecodedPictures, EachPictureOnceAsItsFileReads)
     red.fill(Qt::red);
     ASSERT_TRUE(red.save(dir.filePath(u"a.png"_s)));
     ASSERT_TRUE(red.save(dir.filePath(u"png.jpg"_s), "png"));
-    QFile bad(dir.filePath(u"bad.jpg"_s));
-    ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("not a picture") > 0);
-    bad.close();
+    ASSERT_TRUE(TextFile::writeBytes(dir.filePath(u"bad.jpg"_s), "not a picture"));
     DecodedPictures pictures(dir.path(), {u"a.png"_s, u"png.jpg"_s, u"bad.jpg"_s, u"missing.bmp"_s});
     const QImage wanted = QImageReader(dir.filePath(u"a.png"_s)).read();
     EXPECT_EQ(pictures.take(dir.filePath(u"a.png"_s)), wanted);
