@@ -13,10 +13,7 @@ namespace {
 
 QStringList captions(QAction *const *items)
 {
-    QStringList out;
-    for (int i = 0; i < 4; ++i)
-        out.append(items[i]->text());
-    return out;
+    return {items[0]->text(), items[1]->text(), items[2]->text(), items[3]->text()};
 }
 
 QString shown(QAction *const *items)
@@ -39,7 +36,7 @@ TEST(RecentFiles, UpdatesRotateInTheirOrderOnBothWindows)
         QAction *const *items = player ? app.form1().mnuRecent : app.form2().mnuRecent;
         QAction *separator = player ? app.form1().mnuRiga : app.form2().mnur;
         const QString file = player ? QStringLiteral("Files/LastFiles.ini") : QStringLiteral("Files/LastFilesEditor.ini");
-        QStringList p;
+        QStringList p; // the second with an "&", which a caption shows as it is
         for (const char *name : {"a.wav", "b & c.wav", "c.wav", "d.wav", "e.wav"})
             p.append(app.mediaFile(QString::fromLatin1(name)));
         const struct { const char *step; QString path; QStringList order; const char *visible; } steps[] = {
@@ -65,8 +62,6 @@ TEST(RecentFiles, UpdatesRotateInTheirOrderOnBothWindows)
             EXPECT_TRUE(separator->isVisible());
             EXPECT_EQ(QString::fromUtf8(app.folder.read(file)), step.order.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n"));
         }
-        // The caption is the path as it is, "&" included.
-        EXPECT_EQ(items[1]->text(), p[1]);
     }
 }
 
