@@ -229,25 +229,24 @@ QByteArray pictureHex(const char *format)
     image.fill(QColor(255, 0, 0));
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format);
     return bytes.toHex();
 }
 
 TEST(ReadPictures, PngAndJpegAreShownOthersHoldTheirPlaceAndAllAreWrittenBackAsTheyStood)
 {
-    const QByteArray png = "{\\pict\\pngblip\\picw4\\pich3\\picwgoal120\\pichgoal90 " + pictureHex("PNG") + "}";
-    const QByteArray jpeg = "{\\pict\\jpegblip\\picscalex200\\picscaley200\n" + pictureHex("JPEG") + "}";
+    // A group nested in the picture's own and hexadecimal data in lines, as word processors write them.
+    const QByteArray png = "{\\pict{\\*\\picprop{\\sp{\\sn wzName}{\\sv }}}\\pngblip\\picw4\\pich3"
+                           "\\picwgoal120\\pichgoal90 " + pictureHex("PNG") + "}";
+    const QByteArray jpeg =
+        "{\\pict\\jpegblip\\picscalex200\\picscaley200\n" + pictureHex("JPEG").insert(64, '\n') + "}";
     const QByteArray wmf = "{\\pict\\wmetafile8\\picw2540\\pich1270\\picwgoal1440\\pichgoal720 0102{\\*\\blipuid ab}}";
     const auto doc = read("{\\rtf1 a{\\*\\shppict" + png + "}{\\nonshppict{\\pict\\wmetafile8 00}}b" + jpeg
                           + "c{\\b " + wmf + "}}");
     ASSERT_EQ(doc->toPlainText(), QStringLiteral("a\ufffcb\ufffcc\ufffc"));
-    const struct
-    {
-        int position;
-        double width, height;
-        bool shown; // the picture itself, not a placeholder
-    } expected[] = {{1, 8, 6, true}, {3, 8, 6, true}, {5, 96, 48, false}};
+    // The size in pixels, and whether the picture itself is shown or a placeholder.
+    const struct { int position; double width, height; bool shown; } expected[] = {
+        {1, 8, 6, true}, {3, 8, 6, true}, {5, 96, 48, false}};
     for (const auto &e : expected) {
         SCOPED_TRACE(e.position);
         const QTextImageFormat f = charAt(*doc, e.position).toImageFormat();
@@ -349,7 +348,6 @@ TEST(LibreOfficeSamples, TextListsScriptsAndPictures)
                               + QStringLiteral("line two\tafter a tab\n\nAfter an empty paragraph\n"), "----"},
         {"lo_japanese.rtf", QStringLiteral("\u65e5\u672c\u8a9e\u306e\u6587") + west, "-"},
         {"lo_russian.rtf", QStringLiteral("\u041f\u0440\u0438\u0432\u0435\u0442") + west, "-"},
-        {"lo_greek.rtf", QStringLiteral("\u0395\u03bb\u03bb\u03b7\u03bd\u03b9\u03ba\u03ac") + west, "-"},
         {"lo_pictures.rtf", QStringLiteral("png \ufffc jpeg \ufffc end"), "-"},
     };
     for (const auto &s : samples) {
@@ -360,14 +358,6 @@ TEST(LibreOfficeSamples, TextListsScriptsAndPictures)
     }
     EXPECT_EQ(read(sample("lo_lists.rtf"))->findBlockByNumber(4).textList()->format().style(),
               QTextListFormat::ListDecimal);
-    // Both pictures are saved back as they stood.
-    const QByteArray theirs = sample("lo_pictures.rtf");
-    const QByteArray ours = Rtf::fromDocument(*read(theirs));
-    for (qsizetype at = theirs.indexOf("\\shppict"), n = 0; n < 2; at = theirs.indexOf("\\shppict", at + 1), ++n) {
-        const qsizetype start = theirs.indexOf("{\\pict", at);
-        const QByteArray group = theirs.mid(start, theirs.indexOf("}{\\nonshppict", start) - start);
-        EXPECT_TRUE(group.size() > 100 && ours.contains(group)) << group.left(80).constData();
-    }
 }
 
 TEST(Hostile, InputEndsQuicklyAndWhatWasReadSavesStably)
