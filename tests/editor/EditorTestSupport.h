@@ -8,25 +8,20 @@
 #include "editor/Form2.h"
 #include "player/Form1.h"
 
+#include <QHash>
 #include <QTest>
 #include <gtest/gtest.h>
 
 inline QString entryText(int i)
 {
-    switch (i) {
-    case 1: return QStringLiteral("Quillmere");
-    case 53: return QStringLiteral("The file exists.");
-    case 54: return QStringLiteral("Replace it?");
-    case 75: return QStringLiteral("Save the changes to");
-    case 86: return QStringLiteral("Show the editor");
-    case 96: return QStringLiteral("Editor");
-    case 97: return QStringLiteral("Document");
-    case 98: return QStringLiteral("File not f&ound");
-    case 99: return QStringLiteral("&Save the changes?");
-    case 121: return QStringLiteral("RTF files");
-    case 122: return QStringLiteral("Text files");
-    default: return QStringLiteral("T%1").arg(i);
-    }
+    static const QHash<int, QString> named = {
+        {1, QStringLiteral("Quillmere")},           {53, QStringLiteral("The file exists.")},
+        {54, QStringLiteral("Replace it?")},        {75, QStringLiteral("Save the changes to")},
+        {86, QStringLiteral("Show the editor")},    {96, QStringLiteral("Editor")},
+        {97, QStringLiteral("Document")},           {98, QStringLiteral("File not f&ound")},
+        {99, QStringLiteral("&Save the changes?")}, {121, QStringLiteral("RTF files")},
+        {122, QStringLiteral("Text files")}};
+    return named.value(i, QStringLiteral("T%1").arg(i));
 }
 
 // Starts the program with the editor shown and active, in the language
