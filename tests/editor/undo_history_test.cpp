@@ -146,55 +146,6 @@ QString randomText(std::mt19937 &rng, int maxLength)
     return out;
 }
 
-void runRandomSession(unsigned seed)
-{
-    std::mt19937 rng(seed);
-    TwinHistories twins;
-    auto pick = [&rng](int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); };
-    for (int step = 0; step < 300; ++step) {
-        const qint32 length = twins.boxes[0].textLength();
-        const qint32 a = pick(0, length);
-        const qint32 b = pick(a, std::min(length, a + 12));
-        switch (pick(0, 11)) {
-        case 0: case 1: case 2: // typing or pasting at a caret
-            twins.write(a, 0, randomText(rng, 3));
-            break;
-        case 3: // deleting a run, as Backspace, Delete or a cut does
-            twins.write(a, b - a, QString());
-            break;
-        case 4: // overtyping a selection with the same length, or with another
-            twins.write(a, b - a, pick(0, 1) ? QString(b - a, u'z') : randomText(rng, 4));
-            break;
-        case 5: // pasting formatted text
-            twins.both([&](RichTextBox &box) {
-                box.setSelStart(a);
-                box.setSelLength(b - a);
-                box.setSelRTF(QStringLiteral("{\\rtf1\\ansi x\\par y}"));
-            });
-            break;
-        case 6: { // a whole new text with the caret at the start, as a load does
-            const QString text = randomText(rng, 20);
-            twins.both([&](RichTextBox &box) { box.setText(text); });
-            break;
-        }
-        case 7:
-            twins.both([&](RichTextBox &box) { box.setSelStart(a); });
-            break;
-        case 8: case 9:
-            for (int i = pick(1, 4); i > 0; --i)
-                twins.undo();
-            break;
-        default:
-            for (int i = pick(1, 3); i > 0; --i)
-                twins.redo();
-            break;
-        }
-        twins.expectSame("seed " + std::to_string(seed) + " step " + std::to_string(step));
-        if (::testing::Test::HasFatalFailure())
-            return;
-    }
-}
-
 } // namespace
 
 TEST(UndoHistory, RandomEditsMatchTheFullSnapshotModel)
@@ -202,9 +153,51 @@ TEST(UndoHistory, RandomEditsMatchTheFullSnapshotModel)
     // Loads and pasted text leave the control unable to tell what changed:
     // the history must cope with that too.
     for (unsigned seed = 1; seed <= 60; ++seed) {
-        runRandomSession(seed);
-        if (HasFatalFailure())
-            return;
+        std::mt19937 rng(seed);
+        TwinHistories twins;
+        auto pick = [&rng](int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); };
+        for (int step = 0; step < 300; ++step) {
+            const qint32 length = twins.boxes[0].textLength();
+            const qint32 a = pick(0, length);
+            const qint32 b = pick(a, std::min(length, a + 12));
+            switch (pick(0, 11)) {
+            case 0: case 1: case 2: // typing or pasting at a caret
+                twins.write(a, 0, randomText(rng, 3));
+                break;
+            case 3: // deleting a run, as Backspace, Delete or a cut does
+                twins.write(a, b - a, QString());
+                break;
+            case 4: // overtyping a selection with the same length, or with another
+                twins.write(a, b - a, pick(0, 1) ? QString(b - a, u'z') : randomText(rng, 4));
+                break;
+            case 5: // pasting formatted text
+                twins.both([&](RichTextBox &box) {
+                    box.setSelStart(a);
+                    box.setSelLength(b - a);
+                    box.setSelRTF(QStringLiteral("{\\rtf1\\ansi x\\par y}"));
+                });
+                break;
+            case 6: { // a whole new text with the caret at the start, as a load does
+                const QString text = randomText(rng, 20);
+                twins.both([&](RichTextBox &box) { box.setText(text); });
+                break;
+            }
+            case 7:
+                twins.both([&](RichTextBox &box) { box.setSelStart(a); });
+                break;
+            case 8: case 9:
+                for (int i = pick(1, 4); i > 0; --i)
+                    twins.undo();
+                break;
+            default:
+                for (int i = pick(1, 3); i > 0; --i)
+                    twins.redo();
+                break;
+            }
+            twins.expectSame("seed " + std::to_string(seed) + " step " + std::to_string(step));
+            if (HasFatalFailure())
+                return;
+        }
     }
 }
 
