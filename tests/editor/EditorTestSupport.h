@@ -65,14 +65,3 @@ inline void select(RichTextBox *rtb, qint32 start, qint32 length)
     rtb->setSelStart(start);
     rtb->setSelLength(length);
 }
-
-// Real key events into the text: characters, and "\n" as Enter.
-inline void typeText(QWidget *w, const QString &text)
-{
-    for (QChar c : text) {
-        if (c == u'\n')
-            QTest::keyClick(w, Qt::Key_Return);
-        else
-            QTest::keyClicks(w, QString(c));
-    }
-}

@@ -27,7 +27,7 @@ using EditorClipboard = EditorTest;
 
 TEST_F(EditorClipboard, CopyKeepsFormattingInsideAndGivesPlainTextOutside)
 {
-    typeText(rtb, QStringLiteral("hello world"));
+    QTest::keyClicks(rtb, QStringLiteral("hello world"));
     select(rtb, 0, 5);
     editor->Label2_Click(4);
     select(rtb, 0, 5);
@@ -63,7 +63,7 @@ TEST_F(EditorClipboard, TheSwapWipesForeignTextAndAnEmptyCopyPastesNothing)
     EXPECT_EQ(clipboardText(), QString());
 
     bringToFront(*editor);
-    typeText(rtb, QStringLiteral("abc"));
+    QTest::keyClicks(rtb, QStringLiteral("abc"));
     editor->mnuCopia_Click();
     EXPECT_TRUE(editor->clipRtf.startsWith(QStringLiteral("{\\rtf")));
     EXPECT_TRUE(editor->clipPlain.isEmpty());
@@ -112,11 +112,11 @@ TEST_F(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)
 TEST_F(EditorClipboard, TypingArmsThePlayersWatchOnlyWhenTheOptionIsOn)
 {
     Form1 &player = app.form1();
-    typeText(rtb, QStringLiteral("ab"));
+    QTest::keyClicks(rtb, QStringLiteral("ab"));
     EXPECT_EQ(player.Timer6->interval(), 0);
 
     player.mnuNoPlayOnWrite->setChecked(true);
-    typeText(rtb, QStringLiteral("c"));
+    QTest::keyClicks(rtb, QStringLiteral("c"));
     EXPECT_EQ(player.Timer6->interval(), 1300);
     // An undo changes the text too.
     player.Timer6->setInterval(0);

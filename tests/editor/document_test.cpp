@@ -27,7 +27,7 @@ TEST_F(EditorDocument, SaveAfterNewWritesOverTheOpenedFileWithABeep)
     // New keeps FileEditor: Save writes the new text over a.rtf, no dialog.
     editor->Label2_Click(0);
     EXPECT_EQ(editor->windowTitle(), QStringLiteral("Editor - Document 2"));
-    typeText(rtb, QStringLiteral("new text"));
+    QTest::keyClicks(rtb, QStringLiteral("new text"));
     editor->Label2_Click(2);
     EXPECT_EQ(app.dialogs->beeps, 2);
     EXPECT_TRUE(app.dialogs->fileDialogs.isEmpty());
@@ -46,7 +46,7 @@ TEST_F(EditorDocument, SaveAfterNewWritesOverTheOpenedFileWithABeep)
 TEST_F(EditorDocument, SaveAsWritesRtfUnderAnyNameAndProposesTheUntitledName)
 {
     editor->Label2_Click(0);
-    typeText(rtb, QStringLiteral("dictation"));
+    QTest::keyClicks(rtb, QStringLiteral("dictation"));
     const QString note = app.folder.file(QStringLiteral("note.txt"));
     app.dialogs->answerFile(note);
     editor->Label2_Click(2);
@@ -75,7 +75,7 @@ TEST_F(EditorDocument, SaveAsWritesRtfUnderAnyNameAndProposesTheUntitledName)
 
 TEST_F(EditorDocument, PromptsGuardNewExitAndAMissingRecentFileChangesNothing)
 {
-    typeText(rtb, QStringLiteral("keep me"));
+    QTest::keyClicks(rtb, QStringLiteral("keep me"));
     app.dialogs->msgBoxAnswers = {MsgBox::Cancel};
     editor->Label2_Click(0);
     EXPECT_EQ(rtb->Text(), QStringLiteral("keep me"));

@@ -68,7 +68,7 @@ TEST(KeepTextOpen, OpenRefusesWhatIsNotTextAndReadsRtfBehindAMark)
     TestApp app;
     startEditor(app, QStringLiteral("Russian.lng"));
     Form2 &editor = app.form2();
-    typeText(editor.RTB, QStringLiteral("kept"));
+    QTest::keyClicks(editor.RTB, QStringLiteral("kept"));
     app.folder.write(QStringLiteral("letter.docx"), QByteArray("PK\x03\x04\x14\0\x06\0", 8) + "word/document.xml");
     editor.ApriDocumento(app.folder.file(QStringLiteral("letter.docx")));
     EXPECT_EQ(editor.RTB->Text(), QStringLiteral("kept"));
@@ -90,7 +90,7 @@ TEST(KeepTextOpen, OpenRefusesWhatIsNotTextAndReadsRtfBehindAMark)
 
 TEST_F(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
 {
-    typeText(rtb, QStringLiteral("hours of work"));
+    QTest::keyClicks(rtb, QStringLiteral("hours of work"));
 
     // A folder that allows no temporary file, holding a file that may be
     // written and one that may not.
@@ -110,7 +110,7 @@ TEST_F(KeepText, SavesWriteInAReadOnlyFolderOrSayWhyAndTheExitStillAsks)
         EXPECT_EQ(app.ctx().TestoModificato, 0);
         EXPECT_EQ(app.dialogs->messages.size(), 0);
 
-        typeText(rtb, QStringLiteral(" more"));
+        QTest::keyClicks(rtb, QStringLiteral(" more"));
         app.ctx().FileEditor = folder + QStringLiteral("/read-only.rtf");
         editor->Label2_Click(2);
         ASSERT_EQ(app.dialogs->messages.size(), 1);
@@ -131,21 +131,21 @@ TEST_F(KeepText, AFileThatLostContentAsksOnceBeforeTheFirstSaveOverIt)
     app.folder.write(QStringLiteral("table.rtf"), "{\\rtf1 cells}");
     editor->ApriDocumento(path);
     editor->fileLosingContent = path; // as the reader marks a file with a table
-    typeText(rtb, QStringLiteral("x"));
+    QTest::keyClicks(rtb, QStringLiteral("x"));
 
     app.dialogs->msgBoxAnswers = {MsgBox::No};
     editor->Label2_Click(2);
     ASSERT_EQ(app.dialogs->messages.size(), 1);
     EXPECT_EQ(app.dialogs->messages[0].text, QStringLiteral("T139"));
     EXPECT_TRUE(TextFile::readBytes(path).value_or(QByteArray()).contains("xcells"));
-    typeText(rtb, QStringLiteral("y"));
+    QTest::keyClicks(rtb, QStringLiteral("y"));
     editor->Label2_Click(2);
     EXPECT_EQ(app.dialogs->messages.size(), 1);
 }
 
 TEST_F(KeepText, TheJournalFollowsUnsavedChangesAndIsOfferedBackAtTheNextStart)
 {
-    typeText(rtb, QStringLiteral("draft"));
+    QTest::keyClicks(rtb, QStringLiteral("draft"));
     app.advance(RecoveryJournal::IdleMs - 100);
     EXPECT_EQ(journalOf(app), QByteArray());
     app.advance(100);
@@ -153,7 +153,7 @@ TEST_F(KeepText, TheJournalFollowsUnsavedChangesAndIsOfferedBackAtTheNextStart)
 
     // Typing without a pause is written every 30 s at the latest.
     for (int i = 0; i < 30; ++i) {
-        typeText(rtb, QStringLiteral("+"));
+        QTest::keyClicks(rtb, QStringLiteral("+"));
         app.advance(1000);
     }
     EXPECT_TRUE(journalOf(app).contains("draft" + QByteArray(30, '+')));

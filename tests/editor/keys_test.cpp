@@ -22,7 +22,7 @@ using EditorKeys = EditorTest;
 
 TEST_F(EditorKeys, EditingShortcutsActOnReleaseOnlyWithCtrlStillHeld)
 {
-    typeText(rtb, QStringLiteral("abc"));
+    QTest::keyClicks(rtb, QStringLiteral("abc"));
 
     // Ctrl let go before Z: the release sees no Ctrl, nothing is undone,
     // and the press never reached the control's own undo.
@@ -125,7 +125,7 @@ TEST(EditorKeyLetters, BoldAndUnderlineFollowTheLanguageFile)
         TestApp app;
         startEditor(app, QString::fromLatin1(language.file));
         RichTextBox *rtb = app.form2().RTB;
-        typeText(rtb, QStringLiteral("word"));
+        QTest::keyClicks(rtb, QStringLiteral("word"));
         select(rtb, 0, 4);
         QTest::keyClick(rtb, language.other, Qt::ControlModifier);
         EXPECT_EQ(rtb->SelBold(), std::optional<bool>(false)) << language.file;
