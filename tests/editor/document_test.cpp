@@ -4,7 +4,6 @@
 #include "EditorTestSupport.h"
 
 #include <QAction>
-#include <QMenu>
 
 using EditorDocument = EditorTest;
 

@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringEncoder>
-#include <QTextDocument>
 #include <unistd.h>
 
 namespace {
