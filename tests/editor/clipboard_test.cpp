@@ -106,7 +106,6 @@ TEST_F(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)
         EXPECT_EQ(rtb->Text(), QString::fromLatin1(c.want)) << c.at;
         EXPECT_EQ(rtb->SelStart(), rtb->textLength()) << c.at;
     }
-    EXPECT_TRUE(editor->mnuTimeStamp->isEnabled());
 }
 
 TEST_F(EditorClipboard, TypingArmsThePlayersWatchOnlyWhenTheOptionIsOn)
