@@ -58,18 +58,14 @@ inline std::vector<int16_t> readRaw(const QString &path)
     return samples;
 }
 
-// Frequency of a tone from its rising zero crossings.
+// Frequency of a tone from its rising zero crossings, to within a cycle of
+// the stretch's length.
 inline double frequency(const std::vector<int16_t> &samples, size_t from, size_t to)
 {
     int crossings = 0;
-    size_t first = 0, last = 0;
-    for (size_t i = from + 1; i < to && i < samples.size(); ++i) {
-        if (samples[i - 1] < 0 && samples[i] >= 0) {
-            first = crossings++ ? first : i;
-            last = i;
-        }
-    }
-    return crossings < 2 ? 0 : double(crossings - 1) * Rate / double(last - first);
+    for (size_t i = from + 1; i < to && i < samples.size(); ++i)
+        crossings += samples[i - 1] < 0 && samples[i] >= 0;
+    return to > from ? crossings * double(Rate) / double(to - from) : 0;
 }
 
 } // namespace WavSignal
