@@ -73,7 +73,6 @@ TEST_F(LazyPlayerTest, LibmpvComesInOnlyWithTheModule)
     // The load runs in the background: nothing has waited for it.
     EXPECT_FALSE(player->isLoaded());
     ASSERT_TRUE(player->ensureLoaded());
-    EXPECT_NE(player->backend(), nullptr);
     EXPECT_TRUE(libmpvInProcess());
     // The background load's own completion comes once and changes nothing.
     QTest::qWait(50);
@@ -142,9 +141,6 @@ TEST_F(LazyPlayerTest, WithoutTheModuleThePlayerStaysEmpty)
     player->setURL(longFile);
     player->play();
     player->setCurrentPosition(5);
-    player->stop();
-    player->setRate(1.3);
-    player->close();
     EXPECT_EQ(player->playState(), PlayerControl::Undefined);
     EXPECT_EQ(player->currentPosition(), 0.0);
     EXPECT_EQ(player->duration(), 0.0);
