@@ -66,7 +66,7 @@ TEST(TimedCycle, EveryTransitionOfTheCycle)
         {"playing, typing may no longer hold", 2500, true,
          [](Cycle &c) { c.f().mnuNoPlayOnWrite_Click(); c.app.advance(500); }, PlayerControl::Paused, 2000, true,
          "seek 1,pause"},
-        // A play length beyond 16 bits keeps the period of the pause.
+        // A play length beyond 16 bits keeps the period the timer had, here the pause's.
         {"pause phase, play length overflows", 3000, false,
          [](Cycle &c) { c.ctx().TempoPlay = 40; c.app.advance(2000); }, PlayerControl::Playing, 2000, true, "play"},
     };
@@ -170,19 +170,6 @@ TEST(TimedCycle, ANewPauseLengthCountsFromTheNextPauseOn)
         c.app.advance(ms);
         EXPECT_EQ(c.player().playState(), state) << "at " << c.app.clock.now();
     }
-}
-
-// A play length beyond 16 bits from a stopped timer arms it with nothing,
-// so no pause ever comes; in a running cycle it is a row of the table.
-TEST(TimedCycle, APlayLengthThatOverflowsSixteenBitsLeavesAStoppedTimerAtZero)
-{
-    Cycle c;
-    c.ctx().TempoPlay = 40;
-    c.open();
-    EXPECT_EQ(c.f().Timer5->interval(), 0);
-    EXPECT_TRUE(c.f().Timer5->enabled());
-    c.app.advance(60000);
-    EXPECT_EQ(c.player().playState(), PlayerControl::Playing);
 }
 
 // Switching on: the menu explains the mode and leaves the player alone, so
