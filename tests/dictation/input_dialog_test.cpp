@@ -12,57 +12,60 @@ using namespace dictation;
 namespace {
 
 // Each setting's menu command, the variable it sets, the line of the
-// settings file that keeps it, and what the command fills in: caption,
-// prompt and the recommended value, if any.
-struct Job { void (Form1::*command)(); qint16 AppContext::*variable; int line, caption, prompt; const char *hint; };
-const Job SecIndietro{&Form1::mnuSecIndietro_Click, &AppContext::SecIndietro, 5, 32, 31, nullptr},
-    SecSalto{&Form1::mnuSalto_Click, &AppContext::SecSalto, 4, 35, 34, nullptr},
-    TempoPlay{&Form1::mnuTempoPlay_Click, &AppContext::TempoPlay, 21, 124, 125, "5"},
-    TempoPause{&Form1::mnuTempoPause_Click, &AppContext::TempoPause, 22, 124, 126, "3"};
-
-// A dialog filled as the menu command of the job fills it, never shown.
-std::unique_ptr<Form4> dialogFor(DictationApp &d, const Job &job)
-{
-    auto dialog = std::make_unique<Form4>(d.ctx(), &d.f());
-    QString prompt = d.ctx().Lingua(job.prompt);
-    if (job.hint)
-        prompt += u' ' + QString(d.ctx().Lingua(128)).replace(u"nnn"_s, QLatin1String(job.hint));
-    dialog->setCaption(d.L(job.caption));
-    dialog->Label1->setCaption(TogliAmp(prompt));
-    return dialog;
-}
+// settings file that keeps it, and the caption and prompt the command fills
+// in from the language file, "&" taken out and the recommended value put in.
+struct Job { void (Form1::*command)(); qint16 AppContext::*variable; int line; const char *caption, *prompt; };
+const Job SecIndietro{&Form1::mnuSecIndietro_Click, &AppContext::SecIndietro, 5, "Secondi indietro",
+                      "Secondi indietro a ogni pausa:"},
+    SecSalto{&Form1::mnuSalto_Click, &AppContext::SecSalto, 4, "Salto", "Secondi di ogni salto:"},
+    TempoPlay{&Form1::mnuTempoPlay_Click, &AppContext::TempoPlay, 21, "Play intelligente",
+              "Tempo di riproduzione prima della pausa (consigliati 5 secondi)"},
+    TempoPause{&Form1::mnuTempoPause_Click, &AppContext::TempoPause, 22, "Play intelligente",
+               "Tempo di pausa prima della riproduzione (consigliati 3 secondi)"};
 
 } // namespace
 
-TEST(InputDialog, SecondsSettingsAreReadRoundedAndKeptWithinTheirBounds)
+// The menu command shows the stored value, below the setting's floor the
+// floor, selected; what is typed over it is read, rounded, kept within the
+// setting's bounds and saved.
+TEST(InputDialog, SecondsSettingsAreShownReadRoundedAndKeptWithinTheirBounds)
 {
-    struct Row { const Job &job; const char *text; qint16 before, after; const char *message; /* "": none */ };
-    // Entry 40 and 33 read "Il valore &minimo è" and "Il valore &massimo è". How
+    struct Row { const Job &job; qint16 before; const char *shown, *text; qint16 after; const char *message; };
+    // Entries 40 and 33 read "Il valore &minimo è" and "Il valore &massimo è". How
     // a text reads as a number and rounds is in the tests of Numbers.
     const Row rows[] = {
-        {TempoPlay, "2", 7, 3, "Il valore minimo è 3."},
-        {TempoPlay, "21", 7, 20, "Il valore massimo è 20."},
-        {SecSalto, "75", 5, 60, "Il valore massimo è 60."},
-        {SecSalto, "abc", 5, 1, "Il valore minimo è 1."},
-        {SecIndietro, "-1", 2, 0, "Il valore minimo è 0."},
-        {TempoPause, "3.5", 7, 4, ""},
-        {TempoPause, "0.4", 7, 1, "Il valore minimo è 1."},
+        {SecIndietro, -4, "0", "17", 17, ""},
+        {SecSalto, 1, "2", "17", 17, ""},
+        {TempoPlay, 2, "3", "17", 17, ""},
+        {TempoPause, 0, "1", "17", 17, ""},
+        {TempoPause, 12, "12", "3.5", 4, ""},
+        {TempoPlay, 7, "7", "2", 3, "Il valore minimo è 3."},
+        {TempoPlay, 7, "7", "21", 20, "Il valore massimo è 20."},
+        {SecSalto, 5, "5", "75", 60, "Il valore massimo è 60."},
+        {SecSalto, 5, "5", "abc", 1, "Il valore minimo è 1."}, // below the command's floor of 2
+        {SecIndietro, 2, "2", "-1", 0, "Il valore minimo è 0."},
+        {TempoPause, 7, "7", "0.4", 1, "Il valore minimo è 1."},
         // Beyond 16 bits: the old value stays and is checked as it is.
-        {SecSalto, "40000", 5, 5, ""},
-        {SecSalto, "40000", 75, 60, "Il valore massimo è 60."},
+        {SecSalto, 5, "5", "40000", 5, ""},
+        {SecSalto, 75, "75", "40000", 60, "Il valore massimo è 60."},
         // Blank text just closes: nothing checked, nothing saved.
-        {SecIndietro, "   ", 9, 9, ""},
+        {SecIndietro, 9, "9", "   ", 9, ""},
     };
     for (const Row &row : rows) {
-        SCOPED_TRACE(std::string("text \"") + row.text + "\" in the setting of line " + std::to_string(row.job.line));
+        SCOPED_TRACE(testing::Message() << "line " << row.job.line << ", stored " << row.before << ", typed \""
+                                        << row.text << '"');
         DictationApp d;
         const QByteArray settings = d.app.folder.read(u"Files/Quillmere.ini"_s);
         (d.ctx().*row.job.variable) = row.before;
-        auto dialog = dialogFor(d, row.job);
-        dialog->Text1->setText(QString::fromUtf8(row.text));
-        dialog->Command1_Click();
+        ASSERT_TRUE(withForm4([&] { (d.f().*row.job.command)(); }, [&](Form4 &dialog) {
+            EXPECT_EQ(dialog.Caption(), QLatin1String(row.job.caption));
+            EXPECT_EQ(dialog.Label1->Caption(), QLatin1String(row.job.prompt));
+            EXPECT_EQ(dialog.Text1->text(), QLatin1String(row.shown));
+            QTest::keyClicks(dialog.Text1, QString::fromUtf8(row.text));
+            QTest::keyClick(dialog.Text1, Qt::Key_Enter);
+            EXPECT_TRUE(dialog.isUnloaded());
+        }));
         EXPECT_EQ((d.ctx().*row.job.variable), row.after);
-        EXPECT_TRUE(dialog->isUnloaded());
         if (QByteArray(row.text).trimmed().isEmpty())
             EXPECT_EQ(d.app.folder.read(u"Files/Quillmere.ini"_s), settings);
         else
@@ -126,29 +129,6 @@ TEST(InputDialog, GoToLandsOnTheNumberSteppedBackWhenPaused)
         EXPECT_EQ(d.player().playState(), row.paused ? PlayerControl::Paused : PlayerControl::Playing);
         EXPECT_EQ(d.f().cmdPlay->Tag, row.paused ? d.play() : d.pause());
         EXPECT_EQ(d.f().mnuPlay->text(), d.f().cmdPlay->Tag);
-    }
-}
-
-// The menu commands fill the dialog as dialogFor() does, with a stored
-// value below the floor shown as the floor.
-TEST(InputDialog, TheSettingCommandsApplyTheirFloorAndFillTheDialog)
-{
-    DictationApp d;
-    const struct { const Job &job; qint16 stored; const char *shown; } rows[] = {
-        {SecIndietro, -4, "0"}, {SecSalto, 1, "2"}, {TempoPlay, 2, "3"}, {TempoPause, 0, "1"}, {TempoPause, 12, "12"}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << "line " << row.job.line << ", stored " << row.stored);
-        (d.ctx().*row.job.variable) = row.stored;
-        const auto filled = dialogFor(d, row.job);
-        ASSERT_TRUE(withForm4([&] { (d.f().*row.job.command)(); }, [&](Form4 &dialog) {
-            EXPECT_EQ(dialog.Caption(), filled->Caption());
-            EXPECT_EQ(dialog.Label1->Caption(), filled->Label1->Caption());
-            EXPECT_EQ(dialog.Text1->text(), QLatin1String(row.shown));
-            // Typing replaces the value, which is selected; Enter is OK.
-            QTest::keyClicks(dialog.Text1, u"17"_s);
-            QTest::keyClick(dialog.Text1, Qt::Key_Enter);
-        }));
-        EXPECT_EQ((d.ctx().*row.job.variable), 17);
     }
 }
 
