@@ -72,7 +72,6 @@ struct DictationApp
     FakePlayer &player() { return *app.player; }
     const QString &play() { return ctx().Lingua(7); }
     const QString &pause() { return ctx().Lingua(8); }
-    QString L(int entry) { return TogliAmp(ctx().Lingua(entry)); }
     double position() { return player().currentPosition(); }
     QString log() { return player().log.join(u','); }
     QString settingsLine(int line) { return app.folder.settingsLines().value(line - 1); }

@@ -117,8 +117,8 @@ TEST(InputDialog, GoToLandsOnTheNumberSteppedBackWhenPaused)
         d.player().setCurrentPosition(42);
         d.player().clearLog();
         ASSERT_TRUE(withForm4([&] { d.f().mnuVai_Click(); }, [&](Form4 &dialog) {
-            EXPECT_EQ(dialog.Caption(), d.L(39));
-            EXPECT_EQ(dialog.Label1->Caption(), d.L(38));
+            EXPECT_EQ(dialog.Caption(), u"Vai a"_s);
+            EXPECT_EQ(dialog.Label1->Caption(), u"Vai al secondo:"_s);
             EXPECT_EQ(dialog.Text1->text(), QString());
             QTest::keyClicks(dialog.Text1, QString::fromLatin1(row.text));
             QTest::keyClick(dialog.Text1, Qt::Key_Return);
