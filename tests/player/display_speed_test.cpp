@@ -66,11 +66,10 @@ TEST(Display, TheBarGrowsWithThePositionInWholeTwips)
     EXPECT_EQ(s.f().Label2->Caption(), u"01:30 / 03:00"_s);
     s.app.advance(1000);
     EXPECT_EQ(s.f().Shape1->Width(), 1516); // 3000 / 180 * 91 = 1516.67, cut down
-    // At position 0 the bar empties and the length stays.
+    // At position 0 the bar empties (the text: see the transport's stop test).
     s.f().mnuStop_Click();
     s.f().Timer1_Timer();
     EXPECT_EQ(s.f().Shape1->Width(), 0);
-    EXPECT_EQ(s.f().Label2->Caption(), u"0:00 / 03:00"_s);
 }
 
 TEST(Speed, TheRateMovesByTenthsBetweenTheTwoDifferentlyTestedLimits)
@@ -172,8 +171,6 @@ TEST(VolumeAndSeekBars, AClickOnThePositionBarSeeksAndAPausedPlayerStaysPausedSt
     s.app.player->clearLog();
     s.f().Label2_MouseUp(width);
     EXPECT_EQ(s.app.player->log.value(0), u"seek 180"_s);
-    s.f().Label2_MouseUp(0);
-    EXPECT_DOUBLE_EQ(s.app.player->currentPosition(), 0.0);
 }
 
 TEST(Accessibility, EveryControlOfThePlayerThatTakesTheMouseHasAName)
