@@ -94,9 +94,8 @@ TEST(InputDialog, TheJobIsReadFromTheRawLanguageEntrySoAnAmpersandFallsThroughTo
     EXPECT_EQ(d.ctx().SecSalto, 7);
 }
 
-// Go to lands on the number, SecIndietro earlier when paused, and keeps
-// the player as it was. Text that is no number goes to the start, blank
-// text does nothing, and a number beyond a double does not fit.
+// The player stays as it was. Text that is no number goes to the start,
+// blank text does nothing, and a number beyond a double does not fit.
 TEST(InputDialog, GoToLandsOnTheNumberSteppedBackWhenPaused)
 {
     const struct

@@ -125,7 +125,6 @@ TEST_F(LazyPlayerTest, CallsBeforeTheBackEndAreReplayedInOrder)
     }
 }
 
-// Without the module the load fails once, and every call stays harmless.
 TEST_F(LazyPlayerTest, WithoutTheModuleThePlayerStaysEmpty)
 {
     auto player = lazyPlayer(m_dir.filePath(u"no-module"_s));
