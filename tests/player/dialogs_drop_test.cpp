@@ -13,7 +13,9 @@
 
 using namespace Qt::StringLiterals;
 
-TEST(FileDlg, TheOpenDialogStartsInTheMediaFolderWithTheMediaFilter)
+// The chosen file plays and the media folder follows the dialog; a cancel
+// leaves the playing file paused, and a missing file is reported.
+TEST(ApriMedia, TheDialogStartsInTheMediaFolderACancelPausesAndAMissingFileIsReported)
 {
     TestApp app;
     ASSERT_TRUE(app.start());
@@ -21,7 +23,6 @@ TEST(FileDlg, TheOpenDialogStartsInTheMediaFolderWithTheMediaFilter)
     app.ctx().CartellaMedia = u"/recordings"_s;
     app.dialogs->answerFile(media);
     app.form1().mnuApri_Click();
-
     ASSERT_EQ(app.dialogs->fileDialogs.size(), 1);
     const FileDialogRequest &r = app.dialogs->fileDialogs[0];
     EXPECT_TRUE(r.open);
@@ -32,10 +33,20 @@ TEST(FileDlg, TheOpenDialogStartsInTheMediaFolderWithTheMediaFilter)
     const QStringList filter = r.filter.split(QChar(0));
     ASSERT_EQ(filter.size(), 4);
     EXPECT_TRUE(filter[1].startsWith(u"*.aac;*.avi;*.mp3"_s));
-
-    // The chosen file plays, and the media folder follows the dialog.
     EXPECT_EQ(app.player->URL(), media);
     EXPECT_EQ(app.ctx().CartellaMedia, QFileInfo(media).absolutePath());
+
+    app.advance(5000);
+    app.form1().mnuApri_Click(); // the script has no answer: cancel
+    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
+    EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
+
+    app.form1().ApriMedia(u"/no/such/file.wav"_s);
+    ASSERT_FALSE(app.dialogs->messages.isEmpty());
+    EXPECT_EQ(app.dialogs->messages.last().text, TogliAmp(app.ctx().Lingua(98)));
+    EXPECT_EQ(app.dialogs->messages.last().title, TogliAmp(app.ctx().Lingua(1)));
+    EXPECT_EQ(app.dialogs->messages.last().style, 48);
+    EXPECT_EQ(app.player->URL(), media);
 }
 
 TEST(FileDlg, CancelGivesTheEmptyTextAndMultiSelectJoinsTheFolder)
@@ -62,25 +73,6 @@ TEST(FileDlg, CancelGivesTheEmptyTextAndMultiSelectJoinsTheFolder)
     args.flags = nullptr;
     app.dialogs->fileAnswers.push_back({{u"/x/y.wav"_s, u"z"_s}, 0});
     EXPECT_EQ(app.ctx().FileDlg(args), u"/x/y.wav"_s);
-}
-
-TEST(ApriMedia, CancelLeavesAPlayingFilePausedAndAMissingFileIsReported)
-{
-    TestApp app;
-    ASSERT_TRUE(app.start());
-    const QString media = app.mediaFile();
-    app.form1().ApriMedia(media);
-    app.advance(5000);
-    app.form1().mnuApri_Click(); // the script has no answer: cancel
-    EXPECT_EQ(app.form1().cmdPlay->Tag, app.ctx().Lingua(7));
-    EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
-
-    app.form1().ApriMedia(u"/no/such/file.wav"_s);
-    ASSERT_FALSE(app.dialogs->messages.isEmpty());
-    EXPECT_EQ(app.dialogs->messages.last().text, TogliAmp(app.ctx().Lingua(98)));
-    EXPECT_EQ(app.dialogs->messages.last().title, TogliAmp(app.ctx().Lingua(1)));
-    EXPECT_EQ(app.dialogs->messages.last().style, 48);
-    EXPECT_EQ(app.player->URL(), media);
 }
 
 namespace {
