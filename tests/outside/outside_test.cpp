@@ -1,6 +1,6 @@
-// The commands that lead out of the program: the version rules of the update
-// check, the targets handed to the desktop, the sound settings, and the about
-// box with its scrolling panel and the windows it hides and brings back.
+// The commands that lead out of the program: the targets handed to the
+// desktop, the sound settings, and the about box with its scrolling panel and
+// the windows it hides and brings back.
 
 #include "TestApp.h"
 
@@ -10,17 +10,9 @@
 #include "outside/frmInformazioni.h"
 #include "player/Form1.h"
 
-#include <QAction>
 #include <QFile>
 #include <QTest>
 #include <gtest/gtest.h>
-
-TEST(UpdateRules, VersionTextWithItsFieldsOfThreeDigits)
-{
-    // A field of 100 or more is left out, so the text gets shorter.
-    EXPECT_EQ(Outside::versionText(1, 99, 100), QStringLiteral("001099"));
-    EXPECT_EQ(Outside::versionText(100, 0, 9), QStringLiteral("000009"));
-}
 
 TEST(Links, EveryTargetGoesToTheDesktopAndThePlayerStepsAside)
 {
@@ -98,9 +90,12 @@ TEST(AboutBox, PanelHaltsWithItsEndInViewThenStartsAgainFromBelow)
 
 TEST(AboutBox, HidesTheOpenWindowsAndBringsBackTheSameOnes)
 {
-    enum Close { Esc, ClickTitle, ClickWindow };
-    const struct { bool editor; bool marks; Close close; } rows[] = {
-        {false, true, Esc}, {true, false, ClickTitle}, {true, true, ClickWindow}, {false, false, Esc},
+    const auto esc = [](frmInformazioni *about) { QTest::keyClick(about->Picture1, Qt::Key_Escape); };
+    const struct { bool editor; bool marks; std::function<void(frmInformazioni *)> close; } rows[] = {
+        {false, true, esc},
+        {true, false, [](frmInformazioni *about) { QTest::mouseClick(about->lblTitle, Qt::LeftButton); }},
+        {true, true, [](frmInformazioni *about) { QTest::mouseClick(about, Qt::LeftButton, {}, QPoint(5, 5)); }},
+        {false, false, esc},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(testing::Message() << "editor " << row.editor << " marks " << row.marks);
@@ -123,11 +118,7 @@ TEST(AboutBox, HidesTheOpenWindowsAndBringsBackTheSameOnes)
         EXPECT_FALSE(app.form2().isVisible());
         EXPECT_FALSE(app.ctx().existingForm3() && app.ctx().existingForm3()->isVisible());
 
-        switch (row.close) {
-        case Esc: QTest::keyClick(about->Picture1, Qt::Key_Escape); break;
-        case ClickTitle: QTest::mouseClick(about->lblTitle, Qt::LeftButton); break;
-        case ClickWindow: QTest::mouseClick(about, Qt::LeftButton, {}, QPoint(5, 5)); break;
-        }
+        row.close(about);
         EXPECT_EQ(app.ctx().existingFormInformazioni(), nullptr);
         EXPECT_TRUE(app.form1().isVisible());
         EXPECT_EQ(app.form2().isVisible(), row.editor);
