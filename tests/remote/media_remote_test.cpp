@@ -35,8 +35,7 @@ struct Bus
     {
         if (QStandardPaths::findExecutable(QStringLiteral("dbus-send")).isEmpty())
             return;
-        daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                    QStringLiteral("--print-address")});
+        daemon.start(QStringLiteral("dbus-daemon"), QStringLiteral("--session --nofork --print-address").split(u' '));
         if (daemon.waitForReadyRead(5000))
             address = QString::fromUtf8(daemon.readLine()).trimmed();
     }
@@ -45,29 +44,28 @@ struct Bus
         daemon.terminate();
         daemon.waitForFinished(2000);
     }
-    // One call of dbus-send on the player's object; its printed reply.
-    QString send(const QStringList &args)
+    // One call of dbus-send on the player's object, its words split at
+    // blanks; its printed reply.
+    QString send(const QString &call)
     {
         QProcess p;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
         p.setProcessEnvironment(env);
-        p.start(QStringLiteral("dbus-send"), QStringList{QStringLiteral("--session"), QStringLiteral("--print-reply"),
-                                                         QStringLiteral("--dest=org.mpris.MediaPlayer2.quillmere"),
-                                                         QStringLiteral("/org/mpris/MediaPlayer2")} + args);
+        const QString dest = QStringLiteral("--dest=org.mpris.MediaPlayer2.quillmere /org/mpris/MediaPlayer2 ");
+        p.start(QStringLiteral("dbus-send"), QStringLiteral("--session --print-reply %1%2").arg(dest, call).split(u' '));
         // The service answers from this thread's event loop.
         waitFor([&] { return p.state() == QProcess::NotRunning; }, 5000);
         return QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError());
     }
-    QString get(const char *property)
+    // Get or Set of a property of the player's interface.
+    QString property(const char *method, const char *nameAndValue)
     {
-        return send({QStringLiteral("org.freedesktop.DBus.Properties.Get"), QStringLiteral("string:org.mpris.MediaPlayer2.Player"),
-                     QStringLiteral("string:") + QLatin1String(property)});
+        return send(QStringLiteral("org.freedesktop.DBus.Properties.%1 string:org.mpris.MediaPlayer2.Player string:%2")
+                        .arg(QLatin1String(method), QLatin1String(nameAndValue)));
     }
-    void player(const char *method, const QStringList &args = {})
-    {
-        send(QStringList{QStringLiteral("org.mpris.MediaPlayer2.Player.") + QLatin1String(method)} + args);
-    }
+    void player(const QString &call) { send(QStringLiteral("org.mpris.MediaPlayer2.Player.") + call); }
+    void player(const char *call) { player(QLatin1String(call)); }
 };
 
 } // namespace
@@ -89,7 +87,7 @@ TEST(MediaRemote, DesktopControlsDriveThePlayerThroughItsRoutines)
         QString(), QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("PropertiesChanged"), &log, SLOT(propertiesChanged(QString, QVariantMap, QStringList))));
 
-    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Stopped\"")));
+    EXPECT_TRUE(bus.property("Get", "PlaybackStatus").contains(QStringLiteral("\"Stopped\"")));
     bus.player("PlayPause"); // nothing open: nothing happens
     EXPECT_EQ(app.player->playState(), PlayerControl::Undefined);
 
@@ -97,26 +95,25 @@ TEST(MediaRemote, DesktopControlsDriveThePlayerThroughItsRoutines)
     app.advance(10000);
     app.form1().cmdPlay_Click(); // paused at 7
     bus.player("PlayPause");
-    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Playing\"")));
+    EXPECT_TRUE(bus.property("Get", "PlaybackStatus").contains(QStringLiteral("\"Playing\"")));
     app.advance(5000);
     bus.player("PlayPause");
-    EXPECT_TRUE(bus.get("PlaybackStatus").contains(QStringLiteral("\"Paused\"")));
+    EXPECT_TRUE(bus.property("Get", "PlaybackStatus").contains(QStringLiteral("\"Paused\"")));
     EXPECT_DOUBLE_EQ(app.player->currentPosition(), 9.0); // 12 less the step back
 
-    const QString meta = bus.get("Metadata");
+    const QString meta = bus.property("Get", "Metadata");
     EXPECT_TRUE(meta.contains(QStringLiteral("\"talk.wav\""))) << meta.toStdString();
     EXPECT_TRUE(meta.contains(QStringLiteral("int64 300000000"))) << meta.toStdString();
     const QString track = QRegularExpression(QStringLiteral("object path \"([^\"]+)\"")).match(meta).captured(1);
-    bus.player("SetPosition", {QStringLiteral("objpath:") + track, QStringLiteral("int64:42000000")});
-    EXPECT_TRUE(bus.get("Position").contains(QStringLiteral("int64 42000000")));
-    bus.player("SetPosition", {QStringLiteral("objpath:/other/track"), QStringLiteral("int64:1000000")});
-    bus.player("Seek", {QStringLiteral("int64:-2000000")});
+    bus.player(QStringLiteral("SetPosition objpath:%1 int64:42000000").arg(track));
+    EXPECT_TRUE(bus.property("Get", "Position").contains(QStringLiteral("int64 42000000")));
+    bus.player("SetPosition objpath:/other/track int64:1000000");
+    bus.player("Seek int64:-2000000");
     EXPECT_DOUBLE_EQ(app.player->currentPosition(), 40.0);
     EXPECT_EQ(app.player->playState(), PlayerControl::Paused);
 
-    for (const char *set : {"string:Volume variant:double:0.37", "string:Rate variant:double:1.3"})
-        bus.send(QStringList{QStringLiteral("org.freedesktop.DBus.Properties.Set"), QStringLiteral("string:org.mpris.MediaPlayer2.Player")}
-                 + QString::fromLatin1(set).split(u' '));
+    bus.property("Set", "Volume variant:double:0.37");
+    bus.property("Set", "Rate variant:double:1.3");
     EXPECT_EQ(app.player->volume(), 37);
     EXPECT_NEAR(app.player->rate(), 1.3, 1e-9);
     EXPECT_EQ(app.form1().Label7->Caption(), QStringLiteral("1.3 x"));
