@@ -73,7 +73,7 @@ protected:
 
 } // namespace
 
-TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
+TEST_F(PulseTest, ThreeSecondsOfAToneComeOutInLengthAndPitch)
 {
     LazyAudioInput source(QStringLiteral(QM_MODULE_DIR));
     WaveIn engine(source);
@@ -82,7 +82,7 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
         return 1;
     };
     engine.AggancioCattura(true);
-    const QString path = s_dir->filePath(QStringLiteral("five.wav"));
+    const QString path = s_dir->filePath(QStringLiteral("three.wav"));
     engine.AvviaCattura(2, 16, 44100, path);
     // The length is judged from the first sound on, which the server sends
     // some milliseconds after the start.
@@ -91,15 +91,13 @@ TEST_F(PulseTest, FiveSecondsOfAToneComeOutInFormatLengthAndPitch)
     while (engine.ByteRegistrati() == 45 && wait.elapsed() < 3000)
         QTest::qWait(1);
     wait.restart();
-    QTest::qWait(5000);
+    QTest::qWait(3000);
     const qint64 ms = wait.elapsed();
     engine.AggancioCattura(false);
     engine.FermaCattura();
 
-    const SoxiInfo info = soxi(path);
-    EXPECT_EQ(info.format, QStringLiteral("2 ch 44100 Hz 16 bit"));
     // Within a buffer and the server's latency (up to 100 ms) of the time.
-    EXPECT_NEAR(double(info.samples), ms * 44.1, 2048 + 4410) << ms << " ms";
+    EXPECT_NEAR(double(soxi(path).samples), ms * 44.1, 2048 + 4410) << ms << " ms";
 
     // The pitch, from the spacing of rising zero crossings of the left
     // channel; a gap in the played tone (a starved player) is left out.
@@ -126,8 +124,8 @@ TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
     recorder.start(QStringLiteral(QM_RECORDER_HELPER), {path});
     ASSERT_TRUE(recorder.waitForReadyRead(10000));
     ASSERT_EQ(recorder.readLine().trimmed(), QByteArray("sound"));
-    QTest::qWait(3000);
+    QTest::qWait(2000);
     recorder.kill(); // SIGKILL
     recorder.waitForFinished();
-    EXPECT_GE(soxi(path).samples, 2 * 44100);
+    EXPECT_GE(soxi(path).samples, 44100);
 }
