@@ -267,7 +267,6 @@ TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
     QApplication::setActiveWindow(&m.f());
     QTest::keyClick(&m.f(), Qt::Key_F8);
     EXPECT_FALSE(m.window()->isVisible());
-    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
     QTest::keyClick(&m.f(), Qt::Key_F8);
     EXPECT_TRUE(m.window()->isVisible());
     // The frame's close button unloads the window, once the close is over.
