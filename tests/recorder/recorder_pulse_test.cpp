@@ -32,17 +32,13 @@ protected:
             QDir(root).mkpath(QLatin1String(var));
             qputenv(var, QFile::encodeName(root + u'/' + QLatin1String(var)));
         }
-        QFile pa(root + QStringLiteral("/server.pa"));
-        pa.open(QIODevice::WriteOnly);
-        pa.write("load-module module-native-protocol-unix\n"
-                 "load-module module-null-sink sink_name=null rate=44100\n"
-                 "load-module module-remap-source source_name=mic master=null.monitor\n"
-                 "set-default-sink null\nset-default-source mic\n");
-        pa.close();
         s_tone = root + QStringLiteral("/tone.wav");
-        s_up = sh(QStringLiteral("pulseaudio --daemonize=yes --exit-idle-time=-1 --disallow-exit -n -F '%1'"
-                                 " && pactl info && sox -n -r 44100 -c 2 -b 16 '%2' synth 30 sine 1000 vol 0.5")
-                      .arg(pa.fileName(), s_tone));
+        s_up = sh(QStringLiteral("pulseaudio --daemonize=yes --exit-idle-time=-1 --disallow-exit -n"
+                                 " -L module-native-protocol-unix -L 'module-null-sink sink_name=null rate=44100'"
+                                 " -L 'module-remap-source source_name=mic master=null.monitor'"
+                                 " && pactl set-default-sink null && pactl set-default-source mic"
+                                 " && sox -n -r 44100 -c 2 -b 16 '%1' synth 30 sine 1000 vol 0.5")
+                      .arg(s_tone));
     }
     static void TearDownTestSuite()
     {
