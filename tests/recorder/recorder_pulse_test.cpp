@@ -93,7 +93,7 @@ TEST_F(PulseTest, ThreeSecondsOfAToneComeOutInLengthAndPitch)
     engine.FermaCattura();
 
     // Within a buffer and the server's latency (up to 100 ms) of the time.
-    EXPECT_NEAR(double(soxi(path).samples), ms * 44.1, 2048 + 4410) << ms << " ms";
+    EXPECT_NEAR(double(soxi(path)), ms * 44.1, 2048 + 4410) << ms << " ms";
 
     // The pitch, from the spacing of rising zero crossings of the left
     // channel; a gap in the played tone (a starved player) is left out.
@@ -123,5 +123,5 @@ TEST_F(PulseTest, AKilledRecorderLeavesAFileThatPlays)
     QTest::qWait(2000);
     recorder.kill(); // SIGKILL
     recorder.waitForFinished();
-    EXPECT_GE(soxi(path).samples, 44100);
+    EXPECT_GE(soxi(path), 44100);
 }
