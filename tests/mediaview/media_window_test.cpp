@@ -10,7 +10,6 @@
 #include "platform/fake/FakeMediaBackend.h"
 #include "player/Form1.h"
 
-#include <QAction>
 #include <QFile>
 #include <QLabel>
 #include <QTest>
