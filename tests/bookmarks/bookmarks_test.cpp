@@ -119,8 +119,6 @@ TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
     Marks m;
     const QString old = QStringLiteral("12:30  Intro") + QString(BookmarkFile::TailLength, u' ') + QStringLiteral("12:30");
     m.open(QStringLiteral("long.wav"), fileOf({old}), 50000);
-    EXPECT_EQ(m.table(), QStringList{QStringLiteral("00:") + old});
-
     ListBox *list = m.window()->List1;
     ASSERT_EQ(list->rows(), QStringList{QStringLiteral("00:12:30  Intro")});
     m.app.player->clearLog();
@@ -134,7 +132,7 @@ TEST(Bookmarks, AnOldLineIsMendedInFrontAndItsShortTailJumpsAsHours)
     // "12:30" read by position: 12 hours, 30 minutes, 30 seconds.
     EXPECT_EQ(m.seeks(), QStringList{QStringLiteral("seek 45030")});
 
-    m.exit(); // saved in the new form
+    m.exit(); // read and saved in the new form
     EXPECT_EQ(m.saved(), fileOf({QStringLiteral("00:") + old}));
 }
 
