@@ -111,7 +111,9 @@ int main(int argc, char **argv)
     const QStringList args = QCoreApplication::arguments();
     const QString program = bench::copyProgram(args.size() > 1 ? args.at(1) : QStringLiteral(QM_PROGRAM),
                                                work.path());
-    const QString yardstick = args.size() > 2 ? args.at(2) : QStringLiteral(QM_BARE);
+    // The runs start in a folder of their own: a path given relative to
+    // here is made whole first.
+    const QString yardstick = args.size() > 2 ? QFileInfo(args.at(2)).absoluteFilePath() : QStringLiteral(QM_BARE);
 
     // One run of each first, to warm the disk cache and the font cache.
     runOnce(x, yardstick, false, work.path());
