@@ -30,10 +30,11 @@ void clipboardClear()
 
 // Stores the plain-text form. Like the platform's SetText it adds one
 // format: an RTF form already on the clipboard stays. The old form is
-// asked for by its data, not by its presence: on X11 asking whether
-// another program's clipboard holds a format lists every picture format
-// there is, loading all their plug-ins, even when the clipboard is empty,
-// as the editor's switch leaves it.
+// asked for by its data, not by its presence: on X11 asking whether a
+// clipboard nobody owns holds a format lists every picture format there
+// is, which loads all their plug-ins, while asking for its data returns at
+// once. The editor's switch empties the clipboard just before, so it needs
+// no plug-in; a clipboard another program owns loads them either way, once.
 void clipboardSetText(const QString &text)
 {
     auto *data = new QMimeData;
