@@ -42,6 +42,7 @@ TEST(Main, ChoosesTheLanguageByTheCountrysEnglishName)
         {"Italy", "Italiano.lng"},  {"Hungary", "Hungarian.lng"}, {"Russia", "Russian.lng"},
         {"France", "Français.lng"}, {"Brazil", "Brazilian.lng"},  {"Spain", "English.lng"},
         {"Sweden", "English.lng"},  {"Estonia", "Spanish.lng"},    {"Portugal", "English.lng"},
+        {"Svalbard And Jan Mayen", "Svenska.lng"},
     };
     for (const auto &c : cases) {
         TestApp app;

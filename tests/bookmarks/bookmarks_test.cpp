@@ -237,6 +237,7 @@ TEST(Bookmarks, ThreeAddedAreSortedAndSavedAtTheExit)
         m.pauseAt(at);
         ASSERT_TRUE(m.add(QString::fromUtf8(name)));
     }
+    ASSERT_TRUE(m.window());
     EXPECT_EQ(m.window()->List1->rows(),
               QStringList({QStringLiteral("00:00:05  a"), QStringLiteral("00:00:20  b"), QStringLiteral("00:00:40  c")}));
     m.exit();
@@ -265,6 +266,7 @@ TEST(Bookmarks, CtrlMNamesABookmarkWithRealKeysAndF8HidesTheWindow)
     QApplication::setActiveWindow(&m.f());
     QTest::keyClick(&m.f(), Qt::Key_F8);
     EXPECT_FALSE(m.window()->isVisible());
+    EXPECT_EQ(m.f().mnuBookMark->text(), m.ctx().Lingua(84));
     QTest::keyClick(&m.f(), Qt::Key_F8);
     EXPECT_TRUE(m.window()->isVisible());
     // The frame's close button unloads the window, once the close is over.

@@ -85,10 +85,15 @@ TEST_F(EditorClipboard, PasteTakesAnRtfFormFirstThenPlainText)
     EXPECT_EQ(rtb->Text(), QStringLiteral("bold one\r\ntwo"));
 
     // Leaving the text for another control puts the selection on the
-    // clipboard as plain text.
+    // clipboard as plain text; an RTF form already there stays.
+    auto *rtfOnly = new QMimeData;
+    rtfOnly->setData(QStringLiteral("text/rtf"), QByteArrayLiteral("{\\rtf1 kept}"));
+    QGuiApplication::clipboard()->setMimeData(rtfOnly);
     select(rtb, 0, 4);
     rtb->clearFocus();
     EXPECT_EQ(clipboardText(), QStringLiteral("bold"));
+    EXPECT_EQ(QGuiApplication::clipboard()->mimeData()->data(QStringLiteral("text/rtf")),
+              QByteArrayLiteral("{\\rtf1 kept}"));
 }
 
 TEST_F(EditorClipboard, TimeStampPadsThePlayersPositionToEightCharacters)

@@ -64,10 +64,12 @@ TEST(Display, TheBarGrowsWithThePositionInWholeTwips)
     EXPECT_EQ(s.f().Label2->Caption(), u"01:30 / 03:00"_s);
     s.app.advance(1000);
     EXPECT_EQ(s.f().Shape1->Width(), 1516); // 3000 / 180 * 91 = 1516.67, cut down
-    // At position 0 the bar empties (the text: see the transport's stop test).
+    // At position 0 the bar empties, and the tick writes the text itself.
     s.f().mnuStop_Click();
+    s.f().Label2->setCaption(QString());
     s.f().Timer1_Timer();
     EXPECT_EQ(s.f().Shape1->Width(), 0);
+    EXPECT_EQ(s.f().Label2->Caption(), u"0:00 / 03:00"_s);
 }
 
 TEST(Speed, TheRateMovesByTenthsBetweenTheTwoDifferentlyTestedLimits)
@@ -89,6 +91,8 @@ TEST(Speed, TheRateMovesByTenthsBetweenTheTwoDifferentlyTestedLimits)
         row.faster ? s.f().mnuAumentaVelocità_Click() : s.f().mnuDiminuisciVelocità_Click();
         EXPECT_NEAR(s.app.player->rate(), row.want, 1e-9);
         EXPECT_EQ(s.f().Label7->Caption(), QLatin1String(row.caption));
+        // The mark keeps the next volume fade off the volume label's colour.
+        EXPECT_EQ(s.f().Label7->Tag, u"1"_s);
     }
     EXPECT_TRUE(s.f().Label7->isVisibleTo(&s.f()));
 }

@@ -155,6 +155,7 @@ TEST(RecorderText, ClockAndFreeRecordingName)
 
     QTemporaryDir dir;
     const auto name = [&](int n) { return dir.filePath(QStringLiteral("Rec %1.wav").arg(n, 2, 10, QChar(u'0'))); };
+    EXPECT_EQ(freeRecordingName(dir.path()), name(1));
     for (int n = 1; n <= 99; ++n)
         QFile(name(n)).open(QIODevice::WriteOnly);
     EXPECT_EQ(freeRecordingName(dir.path()), name(100));

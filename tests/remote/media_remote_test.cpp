@@ -53,7 +53,8 @@ struct Bus
         env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
         p.setProcessEnvironment(env);
         const QString dest = QStringLiteral("--dest=org.mpris.MediaPlayer2.quillmere /org/mpris/MediaPlayer2 ");
-        p.start(QStringLiteral("dbus-send"), QStringLiteral("--session --print-reply %1%2").arg(dest, call).split(u' '));
+        p.start(QStringLiteral("dbus-send"),
+                QStringLiteral("--session --print-reply %1%2").arg(dest, call).split(u' '));
         // The service answers from this thread's event loop.
         waitFor([&] { return p.state() == QProcess::NotRunning; }, 5000);
         return QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError());

@@ -628,11 +628,13 @@ TEST_F(Selection, AcrossParagraphsTheEndedParagraphBringsItsFormat)
     EXPECT_FALSE(target.lastBlock().blockFormat().hasProperty(QTextFormat::BlockAlignment));
 }
 
-TEST_F(Selection, APasteIsOneUndoStep)
+TEST_F(Selection, EmptySelectionPastesNothingOverTheSelectionAndAPasteIsOneUndoStep)
 {
+    EXPECT_EQ(paste(copy(4, 4)).position(), 5);
+    EXPECT_EQ(target.toPlainText(), QStringLiteral("left  right"));
     paste(copy(0, 20));
     target.undo();
-    EXPECT_EQ(target.toPlainText(), QStringLiteral("left [] right"));
+    EXPECT_EQ(target.toPlainText(), QStringLiteral("left  right"));
 }
 
 TEST_F(Selection, IntoAnEmptyDocumentTheWholeComesAsItWasAndAPartBringsItsParagraphFormat)
