@@ -3,9 +3,9 @@
 // back, says it should. This is what a typist hears; the fake player cannot
 // tell whether a resume, a seek or a timer is late.
 
-#include "WaitFor.h"
 #include "DictationApp.h"
-#include "../platform/mpv/WavSignal.h"
+#include "WaitFor.h"
+#include "WavSignal.h"
 
 #include "platform/QtServices.h"
 #include "platform/mpv/MpvPlayer.h"
