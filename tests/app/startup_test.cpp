@@ -21,19 +21,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// A language file of 152 lines, one more than it may have.
-QByteArray tooLongLanguageFile()
-{
-    QByteArray file;
-    for (int i = 0; i < 152; ++i)
-        file += QByteArray::number(i).rightJustified(3, '0') + "entry\r\n";
-    return file;
-}
-
-} // namespace
-
 TEST(Main, ChoosesTheLanguageByTheCountrysEnglishName)
 {
     // Two letters of the English country name decide; most rows meant for
@@ -57,7 +44,7 @@ TEST(Main, ChoosesTheLanguageByTheCountrysEnglishName)
 // instance in the running notice; no window is made.
 TEST(Main, WhatCannotStartEndsInOneMessageBox)
 {
-    const QString ini = u"Files/Quillmere.ini"_s, lng = u"Files/Lang/Long.lng"_s;
+    const QString ini = u"Files/Quillmere.ini"_s;
     const auto reg = [](const char *error) { return std::pair{u"Reg Error"_s, u"Lib OCX -> Reg ERROR!\r"_s + QLatin1String(error)}; };
     LanguageTable en;
     LanguageFile::load(ProgramFolder::sourceDir() + u"/data/Files/Lang/English.lng"_s, en);
@@ -69,8 +56,7 @@ TEST(Main, WhatCannotStartEndsInOneMessageBox)
         {"no language file", [](TestApp &a) { a.folder.setSettingsLine(1, u"Missing.lng"_s); }, reg("File not found")},
         {"a language in a missing folder", [](TestApp &a) { a.folder.setSettingsLine(1, u"x/M.lng"_s); },
          reg("Path not found")},
-        {"152 language lines",
-         [&](TestApp &a) { a.folder.write(lng, tooLongLanguageFile()); a.folder.setSettingsLine(1, u"Long.lng"_s); },
+        {"152 language lines", [](TestApp &a) { a.folder.setLanguage(u"Long.lng"_s, {}, 152); },
          reg("Subscript out of range")},
         {"a second instance", [](TestApp &a) { a.system->anotherInstance = true; }, {TogliAmp(en(1)), TogliAmp(en(0))}},
     };

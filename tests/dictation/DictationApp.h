@@ -14,29 +14,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <gtest/gtest.h>
-#include <map>
 
 using namespace Qt::StringLiterals;
 
 namespace dictation {
-
-// 151 lines; every entry not listed is a distinct placeholder.
-inline QByteArray languageFile()
-{
-    static const std::map<int, const char *> entries = {
-        {1, "Quill&mere"}, {7, "Play"}, {8, "Pausa"}, {31, "Secondi indietro a ogni pausa:"},
-        {32, "Secondi indietro"}, {33, "Il valore &massimo è"}, {34, "Secondi di ogni salto:"}, {35, "Salto"},
-        {38, "Vai al secondo:"}, {39, "Vai a"}, {40, "Il valore &minimo è"}, {124, "Play &intelligente"},
-        {125, "Tempo di riproduzione prima della pausa"}, {126, "Tempo di pausa prima della riproduzione"},
-        {127, "Il player si ferma & torna indietro da solo"}, {128, "(consigliati nnn secondi)"}};
-    QByteArray out;
-    for (int i = 0; i < 151; ++i) {
-        const auto it = entries.find(i);
-        out += QByteArray::number(i).rightJustified(3, '0')
-               + (it != entries.end() ? QByteArray(it->second) : "Entry " + QByteArray::number(i)) + "\r\n";
-    }
-    return out;
-}
 
 struct Preset
 {
@@ -50,11 +31,19 @@ struct Preset
 
 inline void prepareFolder(const ProgramFolder &folder, const Preset &s)
 {
-    folder.write(u"Files/Lang/Dictation.lng"_s, languageFile());
-    const std::pair<int, int> lines[] = {{1, 0}, {4, s.secSalto}, {5, s.secIndietro}, {21, s.tempoPlay},
-                                         {22, s.tempoPause}, {23, s.smartPlay}, {24, 0}, {25, s.noPlayOnWrite}};
+    folder.setLanguage(u"Dictation.lng"_s,
+                       {{1, u"Quill&mere"_s}, {7, u"Play"_s}, {8, u"Pausa"_s}, {32, u"Secondi indietro"_s},
+                        {31, u"Secondi indietro a ogni pausa:"_s}, {33, u"Il valore &massimo è"_s}, {35, u"Salto"_s},
+                        {34, u"Secondi di ogni salto:"_s}, {38, u"Vai al secondo:"_s}, {39, u"Vai a"_s},
+                        {40, u"Il valore &minimo è"_s}, {124, u"Play &intelligente"_s},
+                        {125, u"Tempo di riproduzione prima della pausa"_s},
+                        {126, u"Tempo di pausa prima della riproduzione"_s},
+                        {127, u"Il player si ferma & torna indietro da solo"_s},
+                        {128, u"(consigliati nnn secondi)"_s}});
+    const std::pair<int, int> lines[] = {{4, s.secSalto}, {5, s.secIndietro}, {21, s.tempoPlay}, {22, s.tempoPause},
+                                         {23, s.smartPlay}, {24, 0}, {25, s.noPlayOnWrite}};
     for (const auto &[line, value] : lines) // line 24 off: no update check
-        folder.setSettingsLine(line, line == 1 ? u"Dictation.lng"_s : QString::number(value));
+        folder.setSettingsLine(line, QString::number(value));
 }
 
 struct DictationApp

@@ -8,31 +8,20 @@
 #include "editor/Form2.h"
 #include "player/Form1.h"
 
-#include <QHash>
 #include <QTest>
 #include <gtest/gtest.h>
-
-inline QString entryText(int i)
-{
-    static const QHash<int, QString> named = {
-        {1, QStringLiteral("Quillmere")},           {53, QStringLiteral("The file exists.")},
-        {54, QStringLiteral("Replace it?")},        {75, QStringLiteral("Save the changes to")},
-        {86, QStringLiteral("Show the editor")},    {96, QStringLiteral("Editor")},
-        {97, QStringLiteral("Document")},           {98, QStringLiteral("File not f&ound")},
-        {99, QStringLiteral("&Save the changes?")}, {121, QStringLiteral("RTF files")},
-        {122, QStringLiteral("Text files")}};
-    return named.value(i, QStringLiteral("T%1").arg(i));
-}
 
 // Starts the program with the editor shown and active, in the language
 // file of this name.
 inline void startEditor(TestApp &app, const QString &languageFile = QStringLiteral("English.lng"))
 {
-    QByteArray lines;
-    for (int i = 0; i < 151; ++i)
-        lines += QStringLiteral("%1 ").arg(i, 2, 10, QLatin1Char('0')).left(3).toUtf8() + entryText(i).toUtf8() + "\r\n";
-    app.folder.write(QStringLiteral("Files/Lang/") + languageFile, lines);
-    app.folder.setSettingsLine(1, languageFile);
+    app.folder.setLanguage(languageFile,
+                           {{1, QStringLiteral("Quillmere")}, {53, QStringLiteral("The file exists.")},
+                            {54, QStringLiteral("Replace it?")}, {75, QStringLiteral("Save the changes to")},
+                            {86, QStringLiteral("Show the editor")}, {96, QStringLiteral("Editor")},
+                            {97, QStringLiteral("Document")}, {98, QStringLiteral("File not f&ound")},
+                            {99, QStringLiteral("&Save the changes?")}, {121, QStringLiteral("RTF files")},
+                            {122, QStringLiteral("Text files")}});
     app.folder.setSettingsLine(8, QStringLiteral("0"));  // the editor shown
     app.folder.setSettingsLine(16, QStringLiteral("0")); // no bookmark window
     app.folder.setSettingsLine(24, QStringLiteral("0")); // no update check

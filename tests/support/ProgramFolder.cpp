@@ -73,3 +73,14 @@ void ProgramFolder::setSettingsLine(int line, const QString &value) const
     lines[line - 1] = value;
     write(QStringLiteral("Files/Quillmere.ini"), (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
 }
+
+void ProgramFolder::setLanguage(const QString &name, const QHash<int, QString> &entries, int lines) const
+{
+    QByteArray text;
+    for (int i = 0; i < lines; ++i) {
+        const QString entry = entries.value(i, u'T' + QString::number(i));
+        text += QByteArray::number(i).rightJustified(3, '0') + entry.toUtf8() + "\r\n";
+    }
+    write(QStringLiteral("Files/Lang/") + name, text);
+    setSettingsLine(1, name);
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -25,6 +26,11 @@ public:
     // (1-based, as the file's format counts them).
     QStringList settingsLines() const;
     void setSettingsLine(int line, const QString &value) const;
+
+    // Writes a language file of `lines` entries into Files/Lang and makes it
+    // the one in use: the entries given, every other a text of its own, "T"
+    // and its number.
+    void setLanguage(const QString &name, const QHash<int, QString> &entries, int lines = 151) const;
 
     // Folder of the source tree, whose data folder the copy is taken from.
     static QString sourceDir();
