@@ -7,7 +7,7 @@ export DBUS_SESSION_BUS_ADDRESS=disabled:
 for bench in "$BUILD"/bench/*; do
     [ -x "$bench" ] && [ -f "$bench" ] || continue
     case "$(basename "$bench")" in
-        bare_window) continue ;;
+        bare_window|floor_program) continue ;;
     esac
     echo "== $(basename "$bench")"
     case "$(basename "$bench")" in

@@ -4,7 +4,9 @@
 // and from the next F5 to sound. A private PulseAudio server with a null
 // sink takes the program's sound; a recorder reads the sink's monitor.
 // Run it under a display with no window manager (scripts/bench.sh uses
-// Xvfb). Prints figures only.
+// Xvfb). Prints figures only. The memory and CPU of a floor program (two
+// windows with text and libmpv playing the same file) follow, for what
+// any program that does this job pays.
 
 #include <QCoreApplication>
 #include <QDir>
@@ -149,6 +151,39 @@ double median(std::vector<double> v)
     return v[v.size() / 2];
 }
 
+// Starts a program on the tone and waits for its player window.
+bench::Mapped startPlayer(bench::XWatch &x, QProcess &program, const QString &executable, const QString &tone)
+{
+    x.drain();
+    program.start(executable, {tone});
+    bench::Mapped player;
+    while (player.atMs < 0) {
+        const bench::Mapped m = x.nextMap(15000);
+        if (m.atMs < 0)
+            break;
+        if (m.isPlayer())
+            player = m;
+    }
+    return player;
+}
+
+double residentMbAt3s(qint64 pid, double started)
+{
+    QThread::msleep(ulong(std::max(0.0, started + 3000 - bench::nowMs())));
+    return residentKb(pid) / 1024.0;
+}
+
+// CPU over 10 s of steady playing, in % of one core.
+double cpuWhilePlaying(qint64 pid)
+{
+    const long ticks0 = cpuTicks(pid);
+    const double cpu0 = bench::nowMs();
+    QThread::msleep(10000);
+    const long ticks1 = cpuTicks(pid);
+    const double seconds = (bench::nowMs() - cpu0) / 1000.0;
+    return 100.0 * double(ticks1 - ticks0) / double(sysconf(_SC_CLK_TCK)) / seconds;
+}
+
 void printLatencies(const char *what, const std::vector<double> &v)
 {
     std::printf("%s, median of %zu: %.1f ms (", what, v.size(), median(v));
@@ -212,43 +247,30 @@ int main(int argc, char **argv)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
     env.insert(QStringLiteral("PULSE_SERVER"), QString::fromUtf8(serverAddress));
-    program.setProcessEnvironment(env);
-    program.setWorkingDirectory(dir);
-    program.setStandardOutputFile(QProcess::nullDevice());
-    program.setStandardErrorFile(QProcess::nullDevice());
-    x.drain();
+    const auto prepare = [&](QProcess &p) {
+        p.setProcessEnvironment(env);
+        p.setWorkingDirectory(dir);
+        p.setStandardOutputFile(QProcess::nullDevice());
+        p.setStandardErrorFile(QProcess::nullDevice());
+    };
+    prepare(program);
     const double started = bench::nowMs();
-    program.start(executable, {tone});
+    const bench::Mapped player = startPlayer(x, program, executable, tone);
     const qint64 pid = program.processId();
-    bench::Mapped player;
-    while (player.atMs < 0) {
-        const bench::Mapped m = x.nextMap(15000);
-        if (m.atMs < 0)
-            break;
-        if (m.isPlayer())
-            player = m;
-    }
     if (player.atMs < 0) {
         std::fprintf(stderr, "running_bench: the player window did not appear\n");
         program.kill();
         program.waitForFinished();
         return 1;
     }
-    QThread::msleep(ulong(std::max(0.0, started + 3000 - bench::nowMs())));
-    std::printf("resident memory 3 s after start with a recording loaded: %.1f MB\n", residentKb(pid) / 1024.0);
+    std::printf("resident memory 3 s after start with a recording loaded: %.1f MB\n", residentMbAt3s(pid, started));
 
     // The program plays the file it opens; CPU over 10 s of steady playing.
     const double firstSound = monitor.waitFor(true, started, 1000);
     if (firstSound < 0)
         std::printf("no sound from the program: the latencies below are not measured\n");
     QThread::msleep(1000);
-    const long ticks0 = cpuTicks(pid);
-    const double cpu0 = bench::nowMs();
-    QThread::msleep(10000);
-    const long ticks1 = cpuTicks(pid);
-    const double seconds = (bench::nowMs() - cpu0) / 1000.0;
-    std::printf("CPU while playing an audio file, over %.0f s: %.1f %% of one core\n", seconds,
-                100.0 * double(ticks1 - ticks0) / double(sysconf(_SC_CLK_TCK)) / seconds);
+    std::printf("CPU while playing an audio file, over 10 s: %.1f %% of one core\n", cpuWhilePlaying(pid));
 
     // Keys go where the program has put the keyboard focus.
     x.focus(player.window);
@@ -269,6 +291,18 @@ int main(int argc, char **argv)
 
     program.kill();
     program.waitForFinished(5000);
+
+    QProcess floor;
+    prepare(floor);
+    const double floorStarted = bench::nowMs();
+    if (startPlayer(x, floor, QStringLiteral(QM_FLOOR), tone).atMs >= 0) {
+        const double resident = residentMbAt3s(floor.processId(), floorStarted);
+        QThread::msleep(1000);
+        std::printf("floor program (two windows with text, libmpv playing the tone): %.1f MB at 3 s, CPU %.1f %%\n",
+                    resident, cpuWhilePlaying(floor.processId()));
+    }
+    floor.kill();
+    floor.waitForFinished(5000);
     server.kill();
     server.waitForFinished(5000);
     return 0;

@@ -1,7 +1,9 @@
 // Start-up seen from outside, as a user sees it: from exec to the player
 // window mapped on the display, against a bare Qt window in the same run,
 // and when the editor is usable (its window mapped and its event loop
-// answering after a key), counted from the player window's map.
+// answering after a key), counted from the player window's map. A second
+// yardstick, the bare window with two lines of text and a menu bar, shows
+// what any window with words in it pays for its fonts.
 // Run it under a display with no window manager (scripts/bench.sh uses
 // Xvfb). Prints figures only.
 
@@ -36,7 +38,8 @@ QProcessEnvironment quietEnvironment()
 }
 
 // The player is known by its title; the editor is the large window.
-Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const QString &workDir)
+Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const QString &workDir,
+               const QStringList &arguments = {})
 {
     QProcess p;
     p.setProcessEnvironment(quietEnvironment());
@@ -46,7 +49,7 @@ Sample runOnce(bench::XWatch &x, const QString &program, bool withEditor, const 
     x.drain();
     Sample s;
     const double start = bench::nowMs();
-    p.start(program, {});
+    p.start(program, arguments);
     bench::Mapped player, editor;
     while (player.atMs < 0 || (withEditor && editor.atMs < 0)) {
         const bench::Mapped m = x.nextMap(15000);
@@ -120,9 +123,11 @@ int main(int argc, char **argv)
     runOnce(x, program, true, work.path());
     // More runs steady the medians on a busy machine.
     const int runs = std::max(11, qEnvironmentVariableIntValue("QM_BENCH_RUNS"));
-    std::vector<double> player, bare, editor;
+    const QStringList withText{QStringLiteral("text")};
+    std::vector<double> player, bare, text, editor;
     for (int i = 0; i < runs; ++i) {
         bare.push_back(runOnce(x, yardstick, false, work.path()).playerMs);
+        text.push_back(runOnce(x, QStringLiteral(QM_BARE), false, work.path(), withText).playerMs);
         const Sample a = runOnce(x, program, true, work.path());
         player.push_back(a.playerMs);
         editor.push_back(a.editorMs);
@@ -135,6 +140,10 @@ int main(int argc, char **argv)
     const double am = fastest(player), bm = fastest(bare);
     std::printf("exec to window mapped, fastest of %d: player %.1f ms, bare Qt window %.1f ms, ratio %.2f\n",
                 runs, am, bm, am / bm);
+    const double t = median(text);
+    std::printf("exec to window mapped, median of %d: bare Qt window with two lines of text and a menu bar %.1f ms;"
+                " against the bare window %.2f, the player against it %.2f\n",
+                runs, t, t / b, a / t);
     std::printf("editor usable (mapped, a key taken) after the player's map, median: %.1f ms\n", median(editor));
     // A start that never maps (a crash, a hang) is not a figure: it is told.
     const auto failed = std::count_if(player.begin(), player.end(), [](double d) { return d < 0; });
