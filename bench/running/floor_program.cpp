@@ -35,9 +35,11 @@ int main(int argc, char **argv)
     mpv_handle *mpv = mpv_create();
     if (!mpv)
         return 1;
+    // Each built-in script would load the Lua interpreter with it.
     const char *options[][2] = {{"vo", "null"}, {"audio-fallback-to-null", "yes"}, {"keep-open", "yes"},
                                 {"idle", "yes"}, {"config", "no"}, {"terminal", "no"}, {"osc", "no"},
-                                {"load-scripts", "no"}, {"ytdl", "no"}, {"input-default-bindings", "no"}};
+                                {"load-scripts", "no"}, {"ytdl", "no"}, {"load-stats-overlay", "no"},
+                                {"load-osd-console", "no"}, {"input-default-bindings", "no"}};
     for (const auto &option : options)
         mpv_set_option_string(mpv, option[0], option[1]);
     if (mpv_initialize(mpv) < 0)
