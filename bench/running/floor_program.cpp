@@ -1,7 +1,7 @@
 // The least a program that does this job needs, as a floor for the running
 // benchmark's memory and CPU: a player-sized window with two lines of text
 // and a menu bar, an editor window, and libmpv playing the file it is given
-// with the player's own settings that bear on what it loads.
+// with the player's own settings.
 
 #include <QApplication>
 #include <QLabel>
@@ -12,6 +12,8 @@
 
 #include <clocale>
 #include <mpv/client.h>
+
+#include "platform/mpv/MpvOptions.h"
 
 int main(int argc, char **argv)
 {
@@ -35,13 +37,8 @@ int main(int argc, char **argv)
     mpv_handle *mpv = mpv_create();
     if (!mpv)
         return 1;
-    // Each built-in script would load the Lua interpreter with it.
-    const char *options[][2] = {{"vo", "null"}, {"audio-fallback-to-null", "yes"}, {"keep-open", "yes"},
-                                {"idle", "yes"}, {"config", "no"}, {"terminal", "no"}, {"osc", "no"},
-                                {"load-scripts", "no"}, {"ytdl", "no"}, {"load-stats-overlay", "no"},
-                                {"load-osd-console", "no"}, {"input-default-bindings", "no"}};
-    for (const auto &option : options)
-        mpv_set_option_string(mpv, option[0], option[1]);
+    for (const MpvOption &option : MpvPlayerOptions)
+        mpv_set_option_string(mpv, option.name, option.value);
     if (mpv_initialize(mpv) < 0)
         return 1;
     mpv_observe_property(mpv, 1, "time-pos", MPV_FORMAT_DOUBLE);

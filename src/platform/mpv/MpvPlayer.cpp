@@ -1,5 +1,6 @@
 #include "platform/mpv/MpvPlayer.h"
 #include "platform/mpv/MpvMedia.h"
+#include "platform/mpv/MpvOptions.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -90,34 +91,8 @@ void MpvPlayer::create(const Options &options)
     const auto set = [h](const char *name, const QByteArray &value) {
         mpv_set_option_string(h, name, value.constData());
     };
-    // No video output yet; a render widget will replace this.
-    set("vo", "null");
-    // With no working sound output mpv would drop the audio track, and an
-    // audio file would neither run nor report a length: play it silently
-    // instead, so the position moves and the typist sees why nothing is
-    // heard.
-    set("audio-fallback-to-null", "yes");
-    // A playlist (.m3u, .pls, .cue) is not followed: the file opened is the
-    // media, and a list fails as any other file that is not media.
-    set("access-references", "no");
-    // At the end of the media, keep the file open and paused at its end,
-    // which is what the stopped state at the end is made of.
-    set("keep-open", "yes");
-    set("idle", "yes");
-    // The program owns the keyboard, the terminal and the configuration.
-    set("input-default-bindings", "no");
-    set("input-vo-keyboard", "no");
-    set("terminal", "no");
-    set("config", "no");
-    set("osc", "no");
-    set("load-scripts", "no");
-    set("ytdl", "no");
-    set("load-stats-overlay", "no");
-    set("load-osd-console", "no");
-    // A slowed-down voice keeps its pitch.
-    set("audio-pitch-correction", "yes");
-    // Seeks land on the exact sample, not on the nearest key frame.
-    set("hr-seek", "yes");
+    for (const MpvOption &option : MpvPlayerOptions)
+        mpv_set_option_string(h, option.name, option.value);
     set("volume", QByteArray::number(m_volume));
     for (auto it = options.cbegin(); it != options.cend(); ++it)
         set(it.key().constData(), it.value());
